@@ -1,0 +1,24 @@
+// The intake: item labels, data records, scoring into the work files.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "run/run.h"
+
+namespace vardento {
+
+// The whole intake. Needs settings, groups and the person status trial; sets GroupStart, GroupTop,
+// NCATS, MAXCAT, NPERS, personsRead and LongestLabel, writes ZJJ, ZPP, ZNN, ZMM. A raised
+// StopRequest ends the reading.
+void ReadData(Run& run);
+
+// The place of a response code in CODES=, counted from 1; 0 when it is not there.
+int CategoryOfCode(const ControlSettings& settings, std::string_view field);
+
+// Sets FORMAT= to upper case, checks it and sets settings.formatFields; ends the run when it is
+// faulty. Called by the checks of the control variables through a function pointer-free route: the
+// driver calls it right behind ReadControlVariables.
+void CheckFormat(Run& run);
+
+}  // namespace vardento

@@ -1,0 +1,3 @@
+#include "run/main_run.h"
+
+int main(int argc, char** argv) { return vardento::RunProgram(argc, argv); }

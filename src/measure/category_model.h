@@ -1,0 +1,54 @@
+// The category model: how likely each category is, what score is expected and with what variance,
+// for a person d logits above an item. The innermost operation of the program. Nothing here
+// allocates or keeps state; everything works on the tables of one group.
+#pragma once
+
+#include <cstdint>
+
+#include "run/run_arrays.h"
+
+namespace vardento {
+
+inline constexpr float kExpGuard = 20.0F;               // largest exponent handed to exp
+inline constexpr double kTiny = 9.357622968840175e-14;  // e to the -30: floor of divisors
+inline constexpr float kLnTwo = 0.6931472F;
+
+// What the probability routines need of a group: views into the category tables, index 0..top.
+struct GroupModelTables {
+  int top = 0;                           // T; 1 is a dichotomy, -1 a dropped group
+  char letter = 'R';                     // "R", "S" or "F"
+  const float* step = nullptr;           // F(k), k = 1..T
+  const std::int32_t* status = nullptr;  // StepStatus(k)
+  // True when steps are judged one by one ("S" or "F" with more than two categories).
+  bool IsSequential() const { return top >= 2 && letter != 'R'; }
+};
+
+GroupModelTables TablesOfGroup(const RunArrays& arrays, int group);
+
+// Writes p(0..T), a distribution over the categories, and returns the expected score E.
+double CategoryProbabilities(double d, const GroupModelTables& group, float* p);
+// For "S" and "F" with T >= 2: p(1..T) the chance of passing each step that the observation x puts
+// in play, p(0) a complement; returns the expected number of steps passed among them.
+double StepProbabilities(double d, const GroupModelTables& group, int x, float* p);
+
+// ln(max(a / max(b, tiny), tiny)).
+double SafeLogOdds(double a, double b);
+
+struct ScoreAndMaximum {
+  int score;
+  int maximum;
+};
+// Score and largest possible score of an observation in category x under the group's letter.
+ScoreAndMaximum ModelScore(int x, int top, char letter);
+
+struct Moments {
+  double variance;  // V, not floored
+  double fourth;    // C
+};
+// V and C from p as left by CategoryProbabilities, or StepProbabilities for a sequential group.
+Moments ComputeMoments(const GroupModelTables& group, const float* p, double expected);
+
+// The first numbering of the categories, before the first pass of the start values.
+void NumberCategories(RunArrays& arrays);
+
+}  // namespace vardento

@@ -1,0 +1,61 @@
+// Text files by lines: what a Control File, a label list or a data file is read through, and what
+// reports and output files are written through.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/file.h"
+
+namespace vardento {
+
+// No record of any file is longer; what stands behind is cut.
+inline constexpr int kMaxLineLength = 32000;
+
+// Reads lines of any file, however long. Windows line ends and a UTF-8 byte order mark at the start
+// of the file are read as if they were not there; every other byte arrives as it stands.
+class TextReader {
+ public:
+  int Open(const std::string& path);
+  bool IsOpen() const { return file_.IsOpen(); }
+  // The next line without its end, cut at `maxLength` bytes. Returns kIoOk, kIoEndOfFile or a
+  // failure; a last line without a line end counts as a line.
+  int ReadLine(std::string& line, int maxLength = kMaxLineLength);
+  // Starts again at the first line.
+  int Rewind();
+  int Close();
+
+ private:
+  bool FillBuffer(int& status);
+
+  File file_;
+  std::vector<char> buffer_;
+  std::size_t next_ = 0;
+  std::size_t end_ = 0;
+  std::uint64_t offset_ = 0;
+};
+
+// Writes lines, buffered. Each call returns the status of the first failure since Open; a write is
+// known to have worked only when Close() returned kIoOk.
+class TextWriter {
+ public:
+  ~TextWriter();
+  TextWriter() = default;
+  TextWriter(TextWriter&&) = default;
+  TextWriter& operator=(TextWriter&&) = default;
+
+  int Open(const std::string& path, FileMode mode);
+  bool IsOpen() const { return file_.IsOpen(); }
+  int WriteLine(std::string_view line);
+  int Flush();
+  int Close();
+
+ private:
+  File file_;
+  std::string buffer_;
+  int status_ = 0;
+};
+
+}  // namespace vardento

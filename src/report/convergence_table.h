@@ -1,0 +1,24 @@
+// The convergence table, on the report and on the console, from the records of the two phases.
+#pragma once
+
+#include "measure/estimation_records.h"
+#include "run/run.h"
+
+namespace vardento {
+
+class ConvergenceTable : public EstimationListener {
+ public:
+  explicit ConvergenceTable(Run& run) : run_(run) {}
+  void BeginProx() override;
+  void BeginProxPass() override;
+  void EndProxPass(const ProxRecord& record) override;
+  void BeginUcon() override;
+  void BeginUconIteration() override;
+  void EndUconIteration(const UconRecord& record) override;
+  void EndTable() override;
+
+ private:
+  Run& run_;
+};
+
+}  // namespace vardento

@@ -1,0 +1,46 @@
+// What the run says: lines on the console, messages that reach a batch run's report too, and the
+// words for a file that failed.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "run/run.h"
+
+namespace vardento {
+
+// One line on the console, less its trailing blanks. Nothing in batch mode.
+void WriteConsole(Run& run, std::string_view text);
+// Text of up to 1,024 characters to the console; in batch mode to the standard error stream and,
+// when the report is open, to the report.
+void ReportMessage(Run& run, std::string_view text);
+// One plain line of the report, by the rules of ReportOutput::PutLine, with the report's own
+// failure words when it can't be written.
+void WriteReportText(Run& run, std::string_view line);
+
+// The message for the file `name` after run.RunIoStatus; operation is 'I', 'O', 'R' or 'W'.
+void ReportFileFailure(Run& run, std::string_view name, char operation);
+[[noreturn]] void FatalFileFailure(Run& run, std::string_view name, char operation);
+
+// Leaves the run at once: unwinds to MainRun, which finishes the report.
+[[noreturn]] void EndRun(Run& run);
+// A fatal condition in its own words: the message, RunIoStatus = -1, EndRun.
+[[noreturn]] void FailRun(Run& run, std::string_view text);
+
+// Makes sure that a text file the user named can be read and ends with a line end, adding one when
+// it has none. `name` may come back changed by the user. RunIoStatus is 0 when the file is fit; in
+// batch mode a file that isn't ends the run.
+void PrepareFile(Run& run, std::string& name);
+
+// Registers a file of the run with the Edit menu (captions such as "Edit TFILE="), unless it is one
+// of the run's own work files.
+void AddEditEntry(Run& run, std::string_view caption, std::string_view fileName);
+
+// Handles waiting user messages: raises StopRequest after the first interrupt, ends the run after
+// the second or when the process was told to end.
+void PumpMessages(Run& run);
+// Draws the progress bar up to done of total, pumping messages on the way. For batch runs as well:
+// it then only pumps.
+void ShowProgress(Run& run, int done, int total);
+
+}  // namespace vardento

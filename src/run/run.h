@@ -1,0 +1,97 @@
+// One run of the program: everything it owns, passed by reference. Ground floor: no folder but
+// `platform` and plain records of the others stand below it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "control/control_settings.h"
+#include "platform/console.h"
+#include "platform/memory.h"
+#include "platform/text_file.h"
+#include "report/table_request.h"
+#include "run/report_output.h"
+#include "run/run_arrays.h"
+#include "run/work_directory.h"
+#include "run/work_stores.h"
+
+namespace vardento {
+
+// What the command line and the start-up dialogue found out.
+struct StartUp {
+  std::vector<std::string> words;  // the words of the command line behind the program's name
+  std::string ControlFileName;
+  std::string ReportFileName;
+  std::string StartDirectory;       // ends in "/"; the report's relative name is based on it
+  std::string ExtraSpecifications;  // up to 80 characters from the prompt; blank: use the words
+  bool reportIsTemporary = false;
+};
+
+// The Control File while it is being read: unit 3. It stays open behind its last control line,
+// since item labels and data may follow there.
+struct ControlInput {
+  TextReader control;
+  TextWriter copy;          // ZIN: the control lines as read
+  std::string ControlLine;  // the line in hand
+};
+
+struct ProgressBar {
+  bool active = false;
+  int place = 1;
+};
+
+struct Run {
+  explicit Run(Console& userConsole) : console(&userConsole) {}
+
+  Console* console;  // never null; a silent one in batch mode
+  bool batch = false;
+  MemoryBudget memory;
+  std::string RunStamp;  // 17 characters: "Nov 22 2026"-like stamp with hour and minute
+
+  WorkDirectory workDirectory;  // declared before the files in it: it is destroyed after them
+  StartUp startUp;
+  ControlSettings settings;
+  ControlInput input;
+  ReportOutput report;
+  TextWriter summaryLines;  // ZRR: the lines shown on the screen at the end of the run
+  TableRequest request;
+
+  // Blocks, in the order in which they are allocated, and the arrays cut from them.
+  MemoryBlock itemBlock, groupBlock, categoryBlock, personStatusTrial, personBlock, weightBlock;
+  RunArrays arrays;
+  WorkStores stores;
+
+  int RunIoStatus = 0;
+  int StopRequest = 0;
+  ProgressBar progress;
+
+  // Counts, set during intake and estimation.
+  int NGROUPS = 0;
+  int NCATS = 0;
+  int MAXCAT = 0;
+  int NPERS = 0;            // persons held
+  int personsRead = 0;      // persons read, also those beyond capacity
+  int personCapacity = 0;   // length of the person status trial
+  int LongestLabel = 1;     // longest person label
+  int HighestMarked = 0;    // highest person number marked by a deletion list or selection
+  bool DefaultKept = true;  // a person not listed is active
+  int ActivePersons = 0, ActiveItems = 0, ActiveCategories = 0;
+  int PersonsReported = 0, ItemsReported = 0;
+  int largestGroupTop = 0;
+  bool ItemAnchored = false, PersonAnchored = false;
+  bool ItemDisplaced = false, PersonDisplaced = false;
+  float PersonBias = 1, ItemBias = 1;
+  bool itemWeights = false, personWeights = false;
+
+  std::string RunDigest;         // up to 100 characters for the page heads
+  std::string connectivityText;  // up to 80 characters for the page heads
+  bool finished = false;         // FinishRun has run
+  bool complete = false;         // the analysis is over, menus may ask for more
+};
+
+// Thrown by EndRun alone and caught by MainRun alone: the run is over.
+struct RunEnded {};
+
+}  // namespace vardento
