@@ -17,8 +17,7 @@ void ReadData(Run& run);
 int CategoryOfCode(const ControlSettings& settings, std::string_view field);
 
 // Sets FORMAT= to upper case, checks it and sets settings.formatFields; ends the run when it is
-// faulty. Called by the checks of the control variables through a function pointer-free route: the
-// driver calls it right behind ReadControlVariables.
+// faulty. The run calls it right behind ReadControlVariables, when FORMAT= is not blank.
 void CheckFormat(Run& run);
 
 }  // namespace vardento
