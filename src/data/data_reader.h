@@ -16,8 +16,4 @@ void ReadData(Run& run);
 // The place of a response code in CODES=, counted from 1; 0 when it is not there.
 int CategoryOfCode(const ControlSettings& settings, std::string_view field);
 
-// Sets FORMAT= to upper case, checks it and sets settings.formatFields; ends the run when it is
-// faulty. The run calls it right behind ReadControlVariables, when FORMAT= is not blank.
-void CheckFormat(Run& run);
-
 }  // namespace vardento
