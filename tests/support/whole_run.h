@@ -1,0 +1,46 @@
+// A whole batch run inside the test's process: from the words of the command line to the closed
+// report, with the run's arrays at hand afterwards.
+#pragma once
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "run/main_run.h"
+#include "support/test_run.h"
+
+namespace vardento::test {
+
+class WholeRun {
+ public:
+  WholeRun() : run(console) {
+    run.RunStamp = kRunStamp;
+    if (const char* temporary = getenv("TMPDIR")) temporary_ = temporary;
+    setenv("TMPDIR", directory.NameOf("tmp").c_str(), 1);
+    std::filesystem::create_directories(directory.NameOf("tmp"));
+  }
+  ~WholeRun() {
+    std::filesystem::current_path(start_);
+    temporary_.empty() ? unsetenv("TMPDIR") : setenv("TMPDIR", temporary_.c_str(), 1);
+  }
+
+  // Runs control.txt of the directory into report.txt with the words behind them.
+  int Execute(const std::vector<std::string>& words = {}) {
+    std::vector<std::string> line{directory.NameOf("control.txt"), directory.NameOf("report.txt"),
+                                  "BATCH=Y"};
+    line.insert(line.end(), words.begin(), words.end());
+    return MainRun(run, line);
+  }
+
+  TempDirectory directory;
+  RecordingConsole console;
+  Run run;
+
+ private:
+  std::string temporary_;
+  std::filesystem::path start_ = std::filesystem::current_path();
+};
+
+}  // namespace vardento::test
