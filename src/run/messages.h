@@ -32,6 +32,10 @@ void ReportFileFailure(Run& run, std::string_view name, char operation);
 // batch mode a file that isn't ends the run.
 void PrepareFile(Run& run, std::string& name);
 
+// Shows the prompt and takes one line of the user. An interrupt, or no more input, ends the run and
+// the process with it.
+std::string AskLine(Run& run, std::string_view prompt);
+
 // Registers a file of the run with the Edit menu (captions such as "Edit TFILE="), unless it is one
 // of the run's own work files.
 void AddEditEntry(Run& run, std::string_view caption, std::string_view fileName);

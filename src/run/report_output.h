@@ -45,6 +45,7 @@ class ReportOutput {
 
   int LinesOnPage = 0;  // negative: the next heading needs no page break
   int PageNumber = 1;
+  bool failureTold = false;  // a failed write has been reported; later lines fail quietly
 
  private:
   TextWriter writer_;

@@ -10,6 +10,7 @@
 #include "control/control_settings.h"
 #include "platform/console.h"
 #include "platform/memory.h"
+#include "platform/silent_console.h"
 #include "platform/text_file.h"
 #include "report/table_request.h"
 #include "run/report_output.h"
@@ -45,7 +46,8 @@ struct ProgressBar {
 struct Run {
   explicit Run(Console& userConsole) : console(&userConsole) {}
 
-  Console* console;  // never null; a silent one in batch mode
+  Console* console;             // never null; a silent one in batch mode
+  SilentConsole silentConsole;  // takes the console's place in batch mode
   bool batch = false;
   MemoryBudget memory;
   std::string RunStamp;  // 17 characters: "Nov 22 2026"-like stamp with hour and minute
@@ -89,6 +91,11 @@ struct Run {
   std::string connectivityText;  // up to 80 characters for the page heads
   bool finished = false;         // FinishRun has run
   bool complete = false;         // the analysis is over, menus may ask for more
+
+  bool outputFailed = false;  // the report or an output file could not be written completely
+  bool usageError = false;    // the command line can't be used
+  bool leaving = false;       // the user or the system wants the process to end: no idle state
+  int interruptsSeen = 0;     // interrupts that have been acted upon
 };
 
 // Thrown by EndRun alone and caught by MainRun alone: the run is over.

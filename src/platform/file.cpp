@@ -1,0 +1,188 @@
+#include "platform/file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <utility>
+
+#include "platform/io_status.h"
+
+namespace vardento {
+namespace {
+
+// The fault that a test ordered: operations left until it strikes, and its errno value.
+std::atomic<int> operationsToFault{0};
+std::atomic<int> faultError{0};
+
+// True for the one operation that a test wants to fail; errno is then set.
+bool FaultStrikes() {
+  if (operationsToFault.load(std::memory_order_relaxed) == 0) return false;
+  if (operationsToFault.fetch_sub(1) != 1) return false;
+  errno = faultError.load();
+  return true;
+}
+
+bool ParentExists(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string::npos || slash == 0) return true;
+  struct stat info;
+  return stat(path.substr(0, slash).c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+int StatusOfFailedOpen(const std::string& path) {
+  const int error = errno;
+  if (error == ENOENT && !ParentExists(path)) return kIoDirectoryNotFound;
+  if (error == ELOOP || error == ENXIO) return EACCES;  // a link or a pipe where none may be
+  return StatusOfErrno(error);
+}
+
+int FlagsOf(FileMode mode) {
+  // O_NONBLOCK: opening a pipe or a terminal by mistake must not wait.
+  const int common = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+  switch (mode) {
+    case FileMode::Read:
+      return common | O_RDONLY;
+    case FileMode::Update:
+      return common | O_RDWR;
+    case FileMode::Replace:
+      return common | O_WRONLY | O_CREAT;
+    case FileMode::CreateExclusive:
+      return common | O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW;
+    case FileMode::ReplacePrivate:
+      return common | O_RDWR | O_CREAT | O_NOFOLLOW;
+  }
+  return common;
+}
+
+// Whether what was opened may be used in this mode, as a status.
+int CheckKind(int descriptor, FileMode mode) {
+  struct stat info;
+  if (fstat(descriptor, &info) != 0) return StatusOfErrno(errno);
+  if (S_ISDIR(info.st_mode)) return EISDIR;
+  if (S_ISREG(info.st_mode)) {
+    const bool ownedByOther =
+        mode == FileMode::ReplacePrivate && (info.st_uid != geteuid() || info.st_nlink != 1);
+    return ownedByOther ? EACCES : kIoOk;
+  }
+  // The user may send a report to a device (/dev/null); nothing else is read from or kept there.
+  return mode == FileMode::Replace && S_ISCHR(info.st_mode) ? kIoOk : EINVAL;
+}
+
+int CutToNothing(int descriptor, FileMode mode) {
+  if (mode != FileMode::Replace && mode != FileMode::ReplacePrivate) return kIoOk;
+  struct stat info;
+  if (fstat(descriptor, &info) != 0) return StatusOfErrno(errno);
+  if (!S_ISREG(info.st_mode)) {  // a device: nothing to cut, but its writes may wait
+    return fcntl(descriptor, F_SETFL, O_WRONLY) == 0 ? kIoOk : StatusOfErrno(errno);
+  }
+  if (mode == FileMode::ReplacePrivate && fchmod(descriptor, S_IRUSR | S_IWUSR) != 0) {
+    return StatusOfErrno(errno);
+  }
+  return ftruncate(descriptor, 0) == 0 ? kIoOk : StatusOfErrno(errno);
+}
+
+}  // namespace
+
+void FailFileOperation(int n, int error) {
+  faultError = error;
+  operationsToFault = n;
+}
+
+File::~File() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+}
+
+File::File(File&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+File& File::operator=(File&& other) noexcept {
+  std::swap(descriptor_, other.descriptor_);
+  return *this;
+}
+
+int File::Open(const std::string& path, FileMode mode) {
+  if (IsOpen()) Close();
+  if (FaultStrikes()) return StatusOfErrno(errno);
+  if (path.find('\0') != std::string::npos) return kIoFileNotFound;
+  const bool isPrivate = mode == FileMode::CreateExclusive || mode == FileMode::ReplacePrivate;
+  const mode_t permissions = isPrivate ? 0600 : 0666;
+  int descriptor = -1;
+  do {
+    descriptor = ::open(path.c_str(), FlagsOf(mode), permissions);
+  } while (descriptor < 0 && errno == EINTR);
+  if (descriptor < 0) return StatusOfFailedOpen(path);
+  int status = CheckKind(descriptor, mode);
+  if (status == kIoOk) status = CutToNothing(descriptor, mode);
+  if (status != kIoOk) {
+    ::close(descriptor);
+    return status;
+  }
+  descriptor_ = descriptor;
+  return kIoOk;
+}
+
+int File::ReadAt(std::uint64_t offset, void* bytes, std::size_t size, std::size_t& got) {
+  got = 0;
+  if (FaultStrikes()) return StatusOfErrno(errno);
+  while (got < size) {
+    const ssize_t n = ::pread(descriptor_, static_cast<char*>(bytes) + got, size - got,
+                              static_cast<off_t>(offset + got));
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) return StatusOfErrno(errno);
+    if (n == 0) break;
+    got += static_cast<std::size_t>(n);
+  }
+  return kIoOk;
+}
+
+int File::WriteAt(std::uint64_t offset, const void* bytes, std::size_t size) {
+  if (FaultStrikes()) return StatusOfErrno(errno);
+  for (std::size_t done = 0; done < size;) {
+    const ssize_t n = ::pwrite(descriptor_, static_cast<const char*>(bytes) + done, size - done,
+                               static_cast<off_t>(offset + done));
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) return StatusOfErrno(errno);
+    done += static_cast<std::size_t>(n);
+  }
+  return kIoOk;
+}
+
+int File::Append(const void* bytes, std::size_t size) {
+  if (FaultStrikes()) return StatusOfErrno(errno);
+  for (std::size_t done = 0; done < size;) {
+    const ssize_t n = ::write(descriptor_, static_cast<const char*>(bytes) + done, size - done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) return StatusOfErrno(errno);
+    done += static_cast<std::size_t>(n);
+  }
+  return kIoOk;
+}
+
+int File::GetSize(std::uint64_t& size) {
+  struct stat info;
+  if (fstat(descriptor_, &info) != 0) return StatusOfErrno(errno);
+  size = static_cast<std::uint64_t>(info.st_size);
+  return kIoOk;
+}
+
+int File::Close() {
+  if (descriptor_ < 0) return kIoOk;
+  const int descriptor = std::exchange(descriptor_, -1);
+  // An interrupted close has closed the file all the same.
+  const int error = ::close(descriptor) == 0 || errno == EINTR ? 0 : errno;
+  if (FaultStrikes()) return StatusOfErrno(errno);
+  return StatusOfErrno(error);
+}
+
+bool FileExists(const std::string& path) {
+  struct stat info;
+  return lstat(path.c_str(), &info) == 0;
+}
+
+int RemoveFile(const std::string& path) {
+  return ::unlink(path.c_str()) == 0 ? kIoOk : StatusOfErrno(errno);
+}
+
+}  // namespace vardento

@@ -1,0 +1,47 @@
+#include "platform/memory.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace vardento {
+
+bool MemoryBudget::Take(std::size_t bytes) {
+  ++requests_;
+  if (refuse_ > 0 && requests_ >= refuse_) return false;
+  if (bytes > limit_ - std::min(limit_, taken_)) return false;
+  taken_ += bytes;
+  return true;
+}
+
+MemoryBlock::MemoryBlock(MemoryBlock&& other) noexcept { *this = std::move(other); }
+
+MemoryBlock& MemoryBlock::operator=(MemoryBlock&& other) noexcept {
+  std::swap(data_, other.data_);
+  std::swap(size_, other.size_);
+  std::swap(budget_, other.budget_);
+  return *this;
+}
+
+bool MemoryBlock::Allocate(MemoryBudget& budget, std::size_t bytes) {
+  Free();
+  if (!budget.Take(bytes)) return false;
+  data_ = static_cast<unsigned char*>(std::calloc(std::max<std::size_t>(bytes, 1), 1));
+  if (!data_) {
+    budget.Give(bytes);
+    return false;
+  }
+  size_ = bytes;
+  budget_ = &budget;
+  return true;
+}
+
+void MemoryBlock::Free() {
+  if (!data_) return;
+  std::free(data_);
+  data_ = nullptr;
+  budget_->Give(std::exchange(size_, 0));
+  budget_ = nullptr;
+}
+
+}  // namespace vardento

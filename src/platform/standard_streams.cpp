@@ -1,0 +1,30 @@
+#include "platform/standard_streams.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace vardento {
+namespace {
+
+void WriteAll(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t n = ::write(descriptor, text.data(), text.size());
+    if (n > 0) {
+      text.remove_prefix(static_cast<std::size_t>(n));
+    } else if (n < 0 && errno == EAGAIN) {
+      pollfd wait{descriptor, POLLOUT, 0};
+      if (::poll(&wait, 1, -1) < 0 && errno != EINTR) return;
+    } else if (n == 0 || errno != EINTR) {
+      return;
+    }
+  }
+}
+
+}  // namespace
+
+void WriteToStandardOutput(std::string_view text) { WriteAll(STDOUT_FILENO, text); }
+void WriteToStandardError(std::string_view text) { WriteAll(STDERR_FILENO, text); }
+
+}  // namespace vardento

@@ -1,0 +1,140 @@
+#include "run/number_text.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace vardento {
+namespace {
+
+// The largest size that is still shown as a number, as the 32-bit real that it is compared to.
+constexpr float kLargestShown = 2147483648.0F;
+
+std::size_t SizeOf(int width) { return static_cast<std::size_t>(std::max(width, 0)); }
+
+// A blank field of `width` with the digits of `value` set from the right; high digits are lost.
+std::string SetDigits(unsigned long long value, int width) {
+  std::string field(SizeOf(width), ' ');
+  std::size_t place = field.size();
+  do {
+    if (place == 0) break;
+    field[--place] = static_cast<char>('0' + value % 10);
+    value /= 10;
+  } while (value > 0);
+  return field;
+}
+
+// Puts "-" in front of the first character that is not blank, or into column 1.
+void SetSign(std::string& field) {
+  const std::size_t first = std::min(field.find_first_not_of(' '), field.size());
+  if (!field.empty()) field[first == 0 ? 0 : first - 1] = '-';
+}
+
+unsigned long long Magnitude(long long value) {
+  return value < 0 ? 0ULL - static_cast<unsigned long long>(value)
+                   : static_cast<unsigned long long>(value);
+}
+
+std::string signed_digits(long long value, int width) {
+  std::string field = SetDigits(Magnitude(value), width);
+  if (value < 0) SetSign(field);
+  return field;
+}
+
+int DecimalsOf(std::string_view format) {
+  const std::size_t point = format.find('.');
+  if (point == std::string_view::npos || point + 1 >= format.size()) return 0;
+  const char digit = format[point + 1];
+  return digit >= '0' && digit <= '9' ? digit - '0' : 0;
+}
+
+// |value| x 10^decimals rounded to the nearest whole number, halves upward, judged on the exact
+// product: the part that the multiplication loses decides a half. Below 1e18 only.
+unsigned long long RoundScaled(double magnitude, double scale) {
+  const double product = magnitude * scale;
+  const double lost = std::fma(magnitude, scale, -product);
+  const double whole = std::floor(product);
+  const double part = product - whole;
+  const bool up = part > 0.5 || (part == 0.5 && lost >= 0);
+  return static_cast<unsigned long long>(whole) + (up ? 1U : 0U);
+}
+
+}  // namespace
+
+std::string number_text(float value, int width, std::string_view format) {
+  if (!(std::fabs(value) <= kLargestShown)) return std::string(SizeOf(width), '*');
+  const int decimals = std::min(DecimalsOf(format), std::max(width - 1, 0));
+  for (int i = 0; i < decimals; ++i) value *= 10.0F;
+  const long long rounded = std::llround(value);
+  if (decimals == 0) return signed_digits(rounded, width);
+  std::string field = SetDigits(Magnitude(rounded), width - 1);
+  field.insert(field.size() - static_cast<std::size_t>(decimals), 1, '.');
+  std::replace(field.end() - decimals, field.end(), ' ', '0');
+  if (rounded < 0) SetSign(field);
+  return field;
+}
+
+std::string integer_text(int value, int width) { return signed_digits(value, width); }
+
+std::string FixedText(float value, std::string_view format, int width) {
+  return number_text(value, width, format);
+}
+
+std::string IntegerText(int value) { return std::to_string(value); }
+
+std::string fixed_field(double value, int width, int decimals) {
+  const std::string stars(SizeOf(width), '*');
+  decimals = std::clamp(decimals, 0, 15);
+  double scale = 1;
+  for (int i = 0; i < decimals; ++i) scale *= 10;
+  if (!(std::fabs(value) * scale < 1e18)) return stars;
+  const unsigned long long rounded = RoundScaled(std::fabs(value), scale);
+  std::string digits = std::to_string(rounded);
+  const std::size_t places = static_cast<std::size_t>(decimals);
+  if (places == 0) {
+    digits.push_back('.');
+  } else {
+    if (rounded == 0) digits.clear();
+    if (digits.size() < places) digits.insert(0, places - digits.size(), '0');
+    digits.insert(digits.size() - places, 1, '.');
+  }
+  if (value < 0 && rounded > 0) digits.insert(0, 1, '-');
+  return digits.size() > SizeOf(width) ? stars : PadLeft(digits, width);
+}
+
+std::string integer_field(long long value, int width) {
+  const std::string digits = std::to_string(value);
+  return digits.size() > SizeOf(width) ? std::string(SizeOf(width), '*') : PadLeft(digits, width);
+}
+
+std::string_view TrimRight(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+std::string_view Trim(std::string_view text) {
+  text = TrimRight(text);
+  return text.substr(std::min(text.find_first_not_of(' '), text.size()));
+}
+
+std::string PadRight(std::string_view text, int width) {
+  std::string padded(text.substr(0, SizeOf(width)));
+  padded.resize(SizeOf(width), ' ');
+  return padded;
+}
+
+std::string PadLeft(std::string_view text, int width) {
+  const std::size_t size = SizeOf(width);
+  if (text.size() >= size) return std::string(text.substr(text.size() - size));
+  return std::string(size - text.size(), ' ').append(text);
+}
+
+bool SameText(std::string_view a, std::string_view b) { return TrimRight(a) == TrimRight(b); }
+
+char UpperCase(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+std::string UpperCase(std::string_view text) {
+  std::string upper(text);
+  for (char& c : upper) c = UpperCase(c);
+  return upper;
+}
+
+}  // namespace vardento

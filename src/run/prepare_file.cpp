@@ -1,0 +1,87 @@
+// Makes sure that a text file the user named ends with a line end.
+#include <algorithm>
+
+#include "platform/file.h"
+#include "platform/io_status.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
+namespace vardento {
+namespace {
+
+constexpr std::size_t kPiece = 4096;
+
+// kIoOk when a line end stands behind the last text of the file or there is no text,
+// kIoNoFinalLineEnd when there is none, or the failure.
+int FindFinalLineEnd(File& file) {
+  std::uint64_t left = 0;
+  if (const int status = file.GetSize(left); status != kIoOk) return status;
+  unsigned char bytes[kPiece];
+  while (left > 0) {
+    const std::size_t size = static_cast<std::size_t>(std::min<std::uint64_t>(left, kPiece));
+    left -= size;
+    std::size_t got = 0;
+    if (const int status = file.ReadAt(left, bytes, size, got); status != kIoOk) return status;
+    for (std::size_t i = got; i > 0; --i) {
+      if (bytes[i - 1] == '\n') return kIoOk;
+      if (bytes[i - 1] > ' ') return kIoNoFinalLineEnd;
+    }
+  }
+  return kIoOk;
+}
+
+// A file that can't be written may still be read.
+int OpenForCheck(File& file, const std::string& name) {
+  if (file.Open(name, FileMode::Update) == kIoOk) return kIoOk;
+  return file.Open(name, FileMode::Read);
+}
+
+int AddLineEnd(File& file) {
+  std::uint64_t size = 0;
+  if (const int status = file.GetSize(size); status != kIoOk) return status;
+  const int written = file.WriteAt(size, "\n", 1);
+  const int closed = file.Close();
+  return written != kIoOk ? written : closed;
+}
+
+// Asks for a mended or another file; a blank answer keeps the name.
+void AskForFitFile(Run& run, std::string& name) {
+  run.console->AddMenuEntry("Select here then add blank line at end of " + name);
+  WriteConsole(run, "Use last entry in File Menu to add final blank line to:");
+  WriteConsole(run, name);
+  const std::string answer = AskLine(run, "Then press Enter key, or enter a different file name:");
+  if (!Trim(answer).empty()) name = Trim(answer);
+}
+
+// In batch mode nobody can put the file right.
+void EndBatch(Run& run) {
+  if (!run.batch) return;
+  run.RunIoStatus = -1;
+  EndRun(run);
+}
+
+}  // namespace
+
+void PrepareFile(Run& run, std::string& name) {
+  std::string tried;
+  for (;;) {
+    File file;
+    run.RunIoStatus = OpenForCheck(file, name);
+    if (run.RunIoStatus == kIoOk) run.RunIoStatus = FindFinalLineEnd(file);
+    if (run.RunIoStatus == kIoOk) return;
+    if (run.RunIoStatus != kIoNoFinalLineEnd) {
+      ReportFileFailure(run, name, 'I');
+      EndBatch(run);
+      return;
+    }
+    if (tried != name) {
+      tried = name;
+      if (AddLineEnd(file) == kIoOk) continue;
+      ReportMessage(run, "Failed to read last line of file: " + name);
+      EndBatch(run);
+    }
+    AskForFitFile(run, name);
+  }
+}
+
+}  // namespace vardento
