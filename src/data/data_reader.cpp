@@ -1,0 +1,203 @@
+#include "data/data_reader.h"
+
+#include <algorithm>
+
+#include "control/label_mask.h"
+#include "data/code_lookup.h"
+#include "data/data_edits.h"
+#include "data/item_labels.h"
+#include "data/person_trial.h"
+#include "data/record_reader.h"
+#include "data/score_tables.h"
+#include "data/select_items.h"
+#include "data/work_files.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
+namespace vardento {
+
+namespace {
+
+constexpr int kRecordsPerDot = 1000;
+constexpr int kDotsPerLine = 78;
+
+// "00012P": what stands for a blank person label.
+std::string PersonNumberLabel(int person) {
+  std::string label = integer_text(person, 5);
+  std::replace(label.begin(), label.end(), ' ', '0');
+  return label + "P";
+}
+
+// The items that take part in the analysis, counted from 0.
+std::vector<int> ReadItems(const Run& run) {
+  std::vector<int> items;
+  for (int i = 1; i <= run.settings.NI; ++i) {
+    if (IsRead(run.arrays.ItemStatus[i])) items.push_back(i - 1);
+  }
+  return items;
+}
+
+// Turns the records into the rows and labels of the work files, person after person.
+class Intake {
+ public:
+  explicit Intake(Run& run)
+      : run_(run),
+        status_(PersonTrial(run)),
+        reader_(run),
+        fields_(run.settings),
+        lookup_(run.settings),
+        items_(ReadItems(run)),
+        row_(static_cast<std::size_t>(run.settings.NI), 0),
+        selects_(!SameText(run.settings.PSELECT, "*")) {}
+
+  void ReadRecords() {
+    while (reader_.Next(run_.personsRead + 1)) {
+      ++run_.personsRead;
+      ShowDot();
+      if (run_.NPERS < run_.personCapacity) {
+        ++run_.NPERS;
+        fields_.Take(reader_.Record());
+        StorePerson();
+      } else if (run_.personsRead == run_.personCapacity + 1) {
+        EndDots();
+        WriteConsole(run_, "PERSONS SKIPPED AFTER " + IntegerText(run_.NPERS));
+      }
+    }
+    EndDots();
+  }
+
+ private:
+  void ShowDot() {
+    if (run_.personsRead % kRecordsPerDot != 0) return;
+    run_.console->WritePart(".");
+    if (++dots_ == kDotsPerLine) EndDots();
+  }
+
+  void EndDots() {
+    if (dots_ > 0) WriteConsole(run_, "");
+    dots_ = 0;
+  }
+
+  void StorePerson() {
+    const int person = run_.NPERS;
+    SelectPerson(person);
+    StoreLabel(person);
+    if (IsRead(status_[person])) {
+      const bool allKnown = lookup_.EncodeRow(fields_.Codes(), items_, row_.data());
+      if (!allKnown && !warned_) WarnOfCodes(person);
+    }
+    WriteCodedRow(run_, person, row_.data());
+  }
+
+  void SelectPerson(int person) {
+    if (!selects_ || !IsRead(status_[person])) return;
+    if (MatchLabel(run_.settings.PSELECT, fields_.Label()) >= 0) return;
+    status_[person] = Status::Deleted;
+    run_.HighestMarked = std::max(run_.HighestMarked, person);
+  }
+
+  void StoreLabel(int person) {
+    std::string_view label = TrimRight(fields_.Label());
+    if (label.empty()) {
+      numberLabel_ = PersonNumberLabel(person);
+      const auto width = static_cast<std::size_t>(std::max(run_.settings.NAMLEN, 0));
+      label = std::string_view(numberLabel_).substr(0, width);
+      WritePersonName(run_, person, label);
+    } else {
+      WritePersonName(run_, person, fields_.Label());
+    }
+    run_.LongestLabel = std::max(run_.LongestLabel, static_cast<int>(label.size()));
+  }
+
+  // Tells, once for the run, of a response that is not in CODES= and not plain text either.
+  void WarnOfCodes(int person) {
+    const auto width = static_cast<std::size_t>(run_.settings.XWIDE);
+    for (const int i : items_) {
+      const auto item = static_cast<std::size_t>(i);
+      if (row_[item] != 0) continue;
+      for (const char c : std::string_view(fields_.Codes() + item * width, width)) {
+        const int code = static_cast<unsigned char>(c);
+        if (code >= ' ' && code <= '~') continue;
+        // A control character would work on the terminal instead of being seen.
+        const char shown = code < ' ' || code == 127 ? ' ' : c;
+        EndDots();
+        ReportMessage(run_, " NON-ASCII DATA CODE FOR PERSON: " + IntegerText(person) +
+                                ", ITEM: " + IntegerText(i + 1) +
+                                ", DECIMAL= " + IntegerText(code) + ", CHARACTER= " + shown);
+        warned_ = true;
+        return;
+      }
+    }
+  }
+
+  Run& run_;
+  Array1<StatusByte> status_;
+  RecordReader reader_;
+  RecordFields fields_;
+  CodeLookup lookup_;
+  std::vector<int> items_;
+  std::vector<std::uint8_t> row_;  // a deleted item or person leaves it as it is
+  std::string numberLabel_;
+  int dots_ = 0;  // on the console's last line
+  bool selects_;
+  bool warned_ = false;
+};
+
+void TellRecordCount(Run& run) {
+  const std::string text =
+      " " + IntegerText(run.personsRead) + " " + run.settings.PERSON_LABEL + " Records Input.";
+  WriteConsole(run, text);
+  if (run.report.IsOpen()) WriteReportText(run, text);
+}
+
+// A deleted person's row is written as well, with what the row before left in it.
+void ScorePersons(Run& run, const ScoreTable& scores) {
+  const Array1<StatusByte> status = PersonTrial(run);
+  const std::vector<int> items = ReadItems(run);
+  std::vector<std::uint8_t> coded(static_cast<std::size_t>(run.settings.NI));
+  std::uint8_t* scored = run.arrays.ScoredRow.Data();
+  for (int p = 1; p <= run.NPERS; ++p) {
+    if (p % kRecordsPerDot == 0) PumpMessages(run);
+    if (IsRead(status[p])) {
+      ReadCodedRow(run, p, coded.data());
+      scores.ScoreRow(coded.data(), items, scored);
+    }
+    WriteScoredRow(run, p, scored);
+  }
+}
+
+void CheckCodeCount(Run& run) {
+  if (run.settings.CATEGS <= kMaxCodes) return;
+  FailRun(run, " CODES= HAS " + IntegerText(run.settings.CATEGS) +
+                   " CODES, WHICH IS MORE THAN MAXIMUM OF " + IntegerText(kMaxCodes));
+}
+
+}  // namespace
+
+void ReadData(Run& run) {
+  ControlSettings& settings = run.settings;
+  if (!TrimRight(settings.MFORMS).empty()) ConvertForms(run);
+  CheckCodeCount(run);
+  ScoreTable scores(settings);
+  SizeCategories(run, scores);
+  ReadItemLabels(run);
+  if (NeedsItemSelection(settings)) SelectItems(run);
+  WriteConsole(run, " Input in process ..");
+  OpenWorkFiles(run);
+  run.NPERS = run.personsRead = 0;
+  run.LongestLabel = 1;
+  Intake(run).ReadRecords();
+  TellRecordCount(run);
+  if (run.NPERS == 0) {
+    run.RunIoStatus = -1;
+    EndRun(run);
+  }
+  if (!TrimRight(settings.EDFILE).empty()) EditData(run);
+  if (settings.MAKEKEY == 'Y') {
+    MakeKey(run);
+    scores = ScoreTable(settings);
+  }
+  ScorePersons(run, scores);
+}
+
+}  // namespace vardento

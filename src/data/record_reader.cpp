@@ -1,0 +1,176 @@
+#include "data/record_reader.h"
+
+#include <algorithm>
+
+#include "data/delimited_record.h"
+#include "data/show_record.h"
+#include "platform/io_status.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
+namespace vardento {
+
+namespace {
+
+constexpr char kControlZ = 26;
+
+// The names of DATA=, last one first.
+std::vector<std::string> SplitNames(std::string_view data) {
+  std::vector<std::string> names;
+  for (;;) {
+    const std::size_t plus = std::min(data.find('+'), data.size());
+    const std::string_view name = Trim(data.substr(0, plus));
+    if (!name.empty()) names.emplace_back(name);
+    if (plus == data.size()) break;
+    data.remove_prefix(plus + 1);
+  }
+  std::reverse(names.begin(), names.end());
+  return names;
+}
+
+bool IsBlank(std::string_view text) { return text.find_first_not_of(' ') == text.npos; }
+
+}  // namespace
+
+RecordFields::RecordFields(const ControlSettings& settings) : settings_(settings) {
+  const auto width = static_cast<std::size_t>(settings.XWIDE);
+  const auto labelWidth = static_cast<std::size_t>(std::max(settings.NAMLEN, 0));
+  firstCode_ = static_cast<std::size_t>(settings.ITEM1 - 1);
+  firstLabel_ = static_cast<std::size_t>(settings.NAME1 - 1);
+  if (!IsBlank(settings.FORMAT)) {
+    firstCode_ *= width;
+    labelStep_ = width;
+  }
+  neededLength_ = std::max(firstCode_ + static_cast<std::size_t>(settings.NI) * width,
+                           firstLabel_ + labelWidth * labelStep_);
+  label_.assign(labelWidth, ' ');
+}
+
+void RecordFields::Take(std::string& record) {
+  if (settings_.DELIM != ' ') {
+    SplitDelimited(record, settings_, label_, splitCodes_);
+    codes_ = splitCodes_.data();
+  } else {
+    TakeColumns(record);
+  }
+  for (char& c : label_) {
+    if (static_cast<unsigned char>(c) < ' ') c = ' ';
+  }
+}
+
+void RecordFields::TakeColumns(std::string& record) {
+  if (record.size() < neededLength_) record.resize(neededLength_, ' ');
+  for (std::size_t k = 0; k < label_.size(); ++k) {
+    label_[k] = record[firstLabel_ + k * labelStep_];
+  }
+  codes_ = record.data() + firstCode_;
+}
+
+RecordReader::RecordReader(Run& run) : run_(run), hasFormat_(!IsBlank(run.settings.FORMAT)) {
+  if (hasFormat_) {
+    const std::string_view problem =
+        ParseDataFormat(run.settings.FORMAT, run.settings.XWIDE, format_);
+    if (!problem.empty()) FailRun(run, problem);
+  }
+  if (IsBlank(run.settings.DATA)) {
+    reader_ = &run.input.control;
+    name_ = run.startUp.ControlFileName;
+    if (hasFormat_) ShowBeforeFormat();
+  } else {
+    run.input.control.Close();
+    names_ = SplitNames(run.settings.DATA);
+  }
+}
+
+bool RecordReader::Next(int person) {
+  for (;;) {
+    if (reader_ == nullptr && !OpenNextFile()) return false;
+    PumpMessages(run_);
+    if (run_.StopRequest == 1) return false;
+    const int status = ReadRecord();
+    if (status == kIoEndOfFile) {
+      CloseFile();
+      continue;
+    }
+    if (status != kIoOk) FailAtPerson(status, person);
+    if (IsEndMark()) {
+      CloseFile();
+      continue;
+    }
+    if (IsBlank(Record())) continue;
+    if (firstRecord_) ShowFirst();
+    return true;
+  }
+}
+
+bool RecordReader::OpenNextFile() {
+  if (names_.empty()) return false;
+  name_ = names_.back();
+  names_.pop_back();
+  AddEditEntry(run_, "Edit Data File=", name_);
+  WriteConsole(run_, "Opening: " + name_);
+  int status = file_.Open(name_);
+  if (status == kIoOk) {
+    file_.Close();
+    PrepareFile(run_, name_);
+    status = run_.RunIoStatus != kIoOk ? run_.RunIoStatus : file_.Open(name_);
+  }
+  if (status != kIoOk) {
+    ReportMessage(run_, " UNABLE TO OPEN DATA  FILE: " + name_);
+    run_.RunIoStatus = status;
+    FatalFileFailure(run_, name_, 'I');
+  }
+  reader_ = &file_;
+  firstRecord_ = true;
+  if (hasFormat_) ShowBeforeFormat();
+  return true;
+}
+
+// The first line of the file as it stands; the reading then starts anew in front of it.
+void RecordReader::ShowBeforeFormat() {
+  if (!reader_->IsOpen()) return;
+  const std::uint64_t place = reader_->Place();
+  if (reader_->ReadLine(line_) == kIoOk) {
+    ShowRecord(run_, " Input Data Record before FORMAT=:", line_, withRuler_, {});
+  }
+  reader_->GoTo(place);
+}
+
+int RecordReader::ReadRecord() {
+  std::string& record = Record();
+  linesRead_ = 1;
+  if (!reader_->IsOpen()) return kIoEndOfFile;
+  if (!hasFormat_) return reader_->ReadLine(record);
+  const int status =
+      ReadFormattedRecord(*reader_, format_, run_.settings.XWIDE, record, line_, linesRead_);
+  // A file that ends inside a record gives the part that is there.
+  return status == kIoEndOfFile && linesRead_ > 0 ? kIoOk : status;
+}
+
+bool RecordReader::IsEndMark() {
+  const std::string& record = Record();
+  if (!record.empty() && record[0] == kControlZ) return true;
+  return hasFormat_ && linesRead_ == 1 && !line_.empty() && line_[0] == kControlZ;
+}
+
+void RecordReader::ShowFirst() {
+  firstRecord_ = false;
+  ShowRecord(run_,
+             hasFormat_ ? " Input Data Record after FORMAT=:" : " Input Data Record:", Record(),
+             withRuler_, RecordMarks(run_.settings, Record()));
+  withRuler_ = false;
+}
+
+void RecordReader::CloseFile() {
+  reader_->Close();
+  reader_ = nullptr;
+}
+
+void RecordReader::FailAtPerson(int status, int person) {
+  ReportMessage(
+      run_, " ERROR IN DATA AT PERSON: " + IntegerText(person) + ".  CHECK DATA AND RUN AGAIN.");
+  run_.RunIoStatus = status;
+  FatalFileFailure(run_, name_, 'R');
+}
+
+}  // namespace vardento

@@ -1,0 +1,74 @@
+// Data records one after the other, from the Control File or from the files of DATA=, and what
+// stands in them: the person label and the responses.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "control/data_format.h"
+#include "run/run.h"
+
+namespace vardento {
+
+// Label and responses of one record, however it is laid out: in columns, by FORMAT= or by DELIM=.
+class RecordFields {
+ public:
+  explicit RecordFields(const ControlSettings& settings);
+
+  // Takes both out of the record, which is filled up with blanks where it is too short and has to
+  // stay as it is while Codes() is in use.
+  void Take(std::string& record);
+
+  // NAMLEN characters without control characters.
+  const std::string& Label() const { return label_; }
+  // NI x XWIDE characters.
+  const char* Codes() const { return codes_; }
+
+ private:
+  void TakeColumns(std::string& record);
+
+  const ControlSettings& settings_;
+  std::size_t firstCode_ = 0;   // from 0
+  std::size_t firstLabel_ = 0;  // from 0
+  std::size_t labelStep_ = 1;   // columns from one character of the label to the next
+  std::size_t neededLength_ = 0;
+  std::string label_;
+  std::string splitCodes_;
+  const char* codes_ = nullptr;
+};
+
+class RecordReader {
+ public:
+  explicit RecordReader(Run& run);
+
+  // Brings the next record that isn't blank; false at the end of the last file or when the user
+  // stops the reading. `person` is the number that the record will have, for the failure message.
+  // User messages are handled before each record.
+  bool Next(int person);
+  std::string& Record() { return run_.input.ControlLine; }
+
+ private:
+  bool OpenNextFile();
+  void ShowBeforeFormat();
+  int ReadRecord();
+  bool IsEndMark();
+  void ShowFirst();
+  void CloseFile();
+  [[noreturn]] void FailAtPerson(int status, int person);
+
+  Run& run_;
+  bool hasFormat_ = false;
+  DataFormat format_;
+  std::string line_;  // scratch of the formatted reading
+  int linesRead_ = 0;
+
+  TextReader file_;
+  TextReader* reader_ = nullptr;    // the file in hand
+  std::string name_;                // its name
+  std::vector<std::string> names_;  // files still to come, the next one last
+  bool firstRecord_ = true;         // of the file in hand
+  bool withRuler_ = true;
+};
+
+}  // namespace vardento
