@@ -25,6 +25,12 @@ class TextReader {
   int ReadLine(std::string& line, int maxLength = kMaxLineLength);
   // Starts again at the first line.
   int Rewind();
+  // Where the next line begins, and the way back to there.
+  std::uint64_t Place() const { return offset_ - (end_ - next_); }
+  void GoTo(std::uint64_t place) {
+    offset_ = place;
+    next_ = end_ = 0;
+  }
   int Close();
 
  private:
