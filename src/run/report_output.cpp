@@ -71,4 +71,9 @@ int ReportOutput::PutLine(std::string_view line, const ControlSettings& settings
   return writer_.WriteLine(std::string_view(text).substr(first));
 }
 
+int ReportOutput::CopyLine(std::string_view line) {
+  ++LinesOnPage;
+  return writer_.WriteLine(line);
+}
+
 }  // namespace vardento

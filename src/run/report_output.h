@@ -43,6 +43,9 @@ class ReportOutput {
   // unless ASCII=N, and counts it. Returns the writer's status.
   int PutLine(std::string_view line, const ControlSettings& settings);
 
+  // Writes one line of another file as it stands.
+  int CopyLine(std::string_view line);
+
   int LinesOnPage = 0;  // negative: the next heading needs no page break
   int PageNumber = 1;
   bool failureTold = false;  // a failed write has been reported; later lines fail quietly

@@ -1,0 +1,99 @@
+#include "platform/terminal_console.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "platform/signals.h"
+#include "platform/standard_streams.h"
+#include "platform/text_file.h"
+
+namespace vardento {
+namespace {
+
+// Texts may quote a user's file: a terminal must not obey what stands there.
+std::string WithoutControls(std::string_view text) {
+  std::string shown(text);
+  for (char& c : shown) {
+    if (static_cast<unsigned char>(c) < ' ' || c == 127) c = ' ';
+  }
+  return shown;
+}
+
+}  // namespace
+
+void TerminalConsole::WriteLine(std::string_view text) {
+  text = text.substr(0, text.find_last_not_of(' ') + 1);
+  WriteToStandardOutput(WithoutControls(text) + "\n");
+}
+
+void TerminalConsole::WritePart(std::string_view text) {
+  WriteToStandardOutput(WithoutControls(text));
+}
+
+bool TerminalConsole::ReadLine(std::string& line) {
+  const int interruptsBefore = Interrupts();
+  line.clear();
+  while (!TakeLine(line)) {
+    if (inputEnded_ || IsClosing() || Interrupts() != interruptsBefore) return false;
+    if (WaitForInput()) ReadInput();
+  }
+  return true;
+}
+
+// Takes the first whole line from what was typed; at the end of input, the rest.
+bool TerminalConsole::TakeLine(std::string& line) {
+  std::size_t end = typed_.find('\n');
+  if (end == std::string::npos) {
+    if (!inputEnded_ || typed_.empty()) return false;
+    end = typed_.size();
+  }
+  line = typed_.substr(0, end);
+  typed_.erase(0, end + 1);
+  if (!line.empty() && line.back() == '\r') line.pop_back();
+  if (line.size() > kMaxLineLength) line.resize(kMaxLineLength);
+  return true;
+}
+
+// True when there is input; false when only a signal has come.
+bool TerminalConsole::WaitForInput() {
+  pollfd waits[2] = {{STDIN_FILENO, POLLIN, 0}, {SignalWakeDescriptor(), POLLIN, 0}};
+  if (::poll(waits, 2, -1) < 0) return false;
+  if (waits[1].revents != 0) {
+    char bytes[64];
+    while (::read(waits[1].fd, bytes, sizeof bytes) > 0) {
+    }
+    return false;
+  }
+  return waits[0].revents != 0;
+}
+
+void TerminalConsole::ReadInput() {
+  char bytes[4096];
+  const ssize_t n = ::read(STDIN_FILENO, bytes, sizeof bytes);
+  if (n > 0) {
+    // What stands beyond the longest line is not kept.
+    if (typed_.size() > 2 * kMaxLineLength && typed_.find('\n') == std::string::npos) {
+      typed_.resize(kMaxLineLength);
+    }
+    typed_.append(bytes, static_cast<std::size_t>(n));
+  } else if (n == 0 || (errno != EINTR && errno != EAGAIN)) {
+    inputEnded_ = true;
+  }
+}
+
+int TerminalConsole::Interrupts() const { return InterruptSignals(); }
+void TerminalConsole::ClearInterrupts() { ClearInterruptSignals(); }
+bool TerminalConsole::IsClosing() const { return TerminationSignalled(); }
+
+std::string TerminalConsole::AskForFile(std::string_view title) {
+  WritePart(std::string(title) + ": ");
+  std::string line;
+  if (!ReadLine(line)) return {};
+  const std::size_t first = line.find_first_not_of(' ');
+  if (first == std::string::npos) return {};
+  return line.substr(first, line.find_last_not_of(' ') + 1 - first);
+}
+
+}  // namespace vardento

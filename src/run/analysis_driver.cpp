@@ -1,0 +1,90 @@
+#include "run/analysis_driver.h"
+
+#include "control/control_reader.h"
+#include "files/later_files.h"
+#include "files/measure_files.h"
+#include "measure/estimation.h"
+#include "report/convergence_table.h"
+#include "report/report_writer.h"
+#include "run/finish_run.h"
+#include "run/messages.h"
+
+namespace vardento {
+namespace {
+
+// A phase is over: a stop that the user asked for has had its effect.
+void ClearStopRequest(Run& run) {
+  PumpMessages(run);
+  run.StopRequest = 0;
+}
+
+void EstimateMeasures(Run& run) {
+  ConvergenceTable convergence(run);
+  run.StopRequest = 0;
+  EstimateStartValues(run, convergence);
+  ClearStopRequest(run);
+  const bool cut = run.settings.CUTLO != 0 || run.settings.CUTHI != 0;
+  if (cut && DropOutOfRange(run)) EstimateStartValues(run, convergence);
+  ClearStopRequest(run);
+  CheckConnectivity(run);
+  ClearStopRequest(run);
+  EstimateJoint(run, convergence);
+  ClearStopRequest(run);
+}
+
+struct OutputFile {
+  std::string ControlSettings::*name;
+  void (*write)(Run&);
+};
+
+// In the order in which they are written.
+constexpr OutputFile kOutputFiles[] = {
+    {&ControlSettings::PFILE, WritePersonMeasureFile},
+    {&ControlSettings::IFILE, WriteItemMeasureFile},
+    {&ControlSettings::SFILE, WriteStepFile},
+    {&ControlSettings::ISFILE, WriteItemStepFile},
+    {&ControlSettings::SCFILE, WriteScoreFile},
+    {&ControlSettings::GRFILE, WriteGraphFile},
+    {&ControlSettings::DISFILE, WriteDistractorFile},
+    {&ControlSettings::ICORFILE, WriteItemCorrelationFile},
+    {&ControlSettings::PCORFILE, WritePersonCorrelationFile},
+    {&ControlSettings::GUFILE, WriteGuttmanFile},
+    {&ControlSettings::SIFILE, WriteSimulatedFile},
+    {&ControlSettings::XFILE, WriteObservationFile},
+};
+
+void WriteOutputFiles(Run& run) {
+  for (const OutputFile& file : kOutputFiles) {
+    if ((run.settings.*file.name).empty()) continue;
+    file.write(run);
+    PumpMessages(run);
+  }
+}
+
+void WriteFilesAndTables(Run& run, const FitSummary& summary) {
+  WriteOutputFiles(run);
+  SaveReportFront(run);
+  run.settings.iselectMark = run.settings.pselectMark = false;
+  ReportContext context{.run = run, .summary = summary, .persons = {}, .items = {}};
+  RunRequestedTables(context);
+}
+
+}  // namespace
+
+void AnalysisDriver(Run& run) {
+  EstimateMeasures(run);
+  const FitSummary summary = ComputeFit(run);
+  PumpMessages(run);
+  run.stores.responseMatrix.Free();
+  ComputeCategoryPoints(run, run.settings.HIADJ, run.settings.LOWADJ);
+  WriteRunSummary(run, summary);
+  if (run.StopRequest != 1) WriteFilesAndTables(run, summary);
+  WriteReportText(run, "^");
+  ShowRunSummary(run);
+  EchoSettings(run);
+  run.console->SetMenuState(MenuState::AfterRun);
+  run.RunIoStatus = 0;
+  run.complete = true;
+}
+
+}  // namespace vardento

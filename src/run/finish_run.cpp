@@ -1,0 +1,111 @@
+#include "run/finish_run.h"
+
+#include <algorithm>
+
+#include "platform/directories.h"
+#include "platform/io_status.h"
+#include "report/report_writer.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
+namespace vardento {
+namespace {
+
+constexpr std::string_view kFrontStem = "ZFR";
+constexpr std::string_view kControlCopyStem = "ZIN";
+constexpr std::size_t kFrontLineLength = 100;
+
+// Tells of a report that could not be written, once.
+void TellReportFailure(Run& run, int status) {
+  if (status == kIoOk) return;
+  run.outputFailed = true;
+  if (run.report.failureTold) return;
+  run.report.failureTold = true;
+  run.RunIoStatus = status;
+  ReportFileFailure(run, run.report.Name(), 'W');
+}
+
+// Copies the report's lines in pieces of up to 100 characters; a longer line goes on in the next
+// piece.
+int CopyFront(TextReader& from, TextWriter& to) {
+  std::string line;
+  int status = kIoOk;
+  while (status == kIoOk && (status = from.ReadLine(line)) == kIoOk) {
+    std::string_view rest = line;
+    do {
+      status = to.WriteLine(rest.substr(0, kFrontLineLength));
+      rest.remove_prefix(std::min(rest.size(), kFrontLineLength));
+    } while (status == kIoOk && !rest.empty());
+  }
+  const int closed = to.Close();
+  return status == kIoEndOfFile ? closed : status;
+}
+
+int CopyReportToFront(Run& run) {
+  TextReader from;
+  TextWriter to;
+  int status = from.Open(run.report.Name());
+  if (status != kIoOk) return status;
+  status = to.Open(run.workDirectory.NameOf(kFrontStem), FileMode::ReplacePrivate);
+  return status == kIoOk ? CopyFront(from, to) : status;
+}
+
+// Adds the lines of a work file to the report, `margin` before each. Reading stops at the first
+// failure.
+void AppendWorkFile(Run& run, std::string_view stem, std::string_view margin) {
+  TextReader file;
+  if (!run.report.IsOpen() || file.Open(run.workDirectory.NameOf(stem)) != kIoOk) return;
+  std::string line;
+  while (file.ReadLine(line) == kIoOk) {
+    TellReportFailure(run, run.report.CopyLine(line.insert(0, margin)));
+  }
+}
+
+void AppendControlCopy(Run& run) {
+  if (!run.report.IsOpen()) return;
+  run.input.copy.Close();
+  PutControlCopyHeading(run);
+  // The lines leave the column free that tells a printer what to do, when there is one.
+  AppendWorkFile(run, kControlCopyStem, run.settings.FORMFD == '^' ? "" : " ");
+}
+
+void SayHowItEnded(Run& run, bool good) {
+  if (good) {
+    WriteConsole(run, "Measures constructed: use \"Diagnosis\" and \"Output Tables\" menus");
+  } else {
+    WriteConsole(run, "Oops! Use \"Edit\" menu to make corrections, then restart");
+  }
+}
+
+}  // namespace
+
+void SaveReportFront(Run& run) {
+  TellReportFailure(run, run.report.Close());
+  const std::string name = run.report.Name();
+  // A device has taken the front already and can't give it back.
+  if (IsRegularFile(name)) {
+    run.RunIoStatus = CopyReportToFront(run);
+    if (run.RunIoStatus != kIoOk) FatalFileFailure(run, name, 'R');
+  }
+  const bool failureTold = run.report.failureTold;
+  run.RunIoStatus = run.report.Open(name, FileMode::Replace);
+  if (run.RunIoStatus != kIoOk) FatalFileFailure(run, name, 'O');
+  run.report.failureTold = failureTold;
+}
+
+void FinishRun(Run& run) {
+  if (run.finished) return;
+  run.finished = true;
+  const int status = run.RunIoStatus;
+  run.settings.MPROX = 0;
+  run.console->SetMenuState(MenuState::AfterRun);
+  AppendWorkFile(run, kFrontStem, "");
+  AppendControlCopy(run);
+  run.RunIoStatus = status;
+  SayHowItEnded(run, status == 0 && run.complete);
+  run.input.control.Close();
+  if (run.report.IsOpen()) TellReportFailure(run, run.report.Close());
+  run.RunIoStatus = status;
+}
+
+}  // namespace vardento

@@ -1,0 +1,150 @@
+#include "run/main_run.h"
+
+#include "control/control_reader.h"
+#include "control/data_format.h"
+#include "control/entry_lists.h"
+#include "control/item_specifications.h"
+#include "data/data_reader.h"
+#include "data/select_items.h"
+#include "data/work_files.h"
+#include "files/later_files.h"
+#include "platform/clock.h"
+#include "report/report_writer.h"
+#include "run/allocate_blocks.h"
+#include "run/analysis_driver.h"
+#include "run/finish_run.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+#include "run/start_up.h"
+
+namespace vardento {
+namespace {
+
+void StampRun(Run& run) {
+  if (!run.RunStamp.empty()) return;
+  const ClockTime now = ReadClock();
+  run.RunStamp = MakeRunStamp(now.month, now.day, now.hour, now.minute, now.year);
+}
+
+// The Control File may ask for batch mode as well as the command line.
+void FollowBatchSetting(Run& run) {
+  const char batch = UpperCase(run.settings.BATCH);
+  if (batch == 'Y' || batch == '1') EnterBatchMode(run);
+  if (run.batch) run.settings.BATCH = 'Y';
+}
+
+void ReadSettings(Run& run) {
+  ReadControlVariables(run);
+  FollowBatchSetting(run);
+  if (!run.settings.FORMAT.empty()) CheckFormat(run);
+}
+
+void ReadItemSettings(Run& run) {
+  AllocateItemBlock(run);
+  ReserveItemTexts(run);
+  if (NeedsSecondPass(run.settings)) ReadPerItemVariables(run);
+  ReadPerItemLists(run);
+  NormalisePerItemTexts(run);
+  DefaultModels(run);
+}
+
+void EnterReportMenu(Run& run) {
+  const std::string& name = run.startUp.ReportFileName;
+  const std::string& directory = run.workDirectory.Path();
+  if (name.starts_with(directory)) {
+    run.console->AddMenuEntry("Edit Report Output File==" + name.substr(directory.size()));
+  } else {
+    run.console->AddMenuEntry("Edit Report Output File=" + name);
+  }
+}
+
+void FormGroups(Run& run) {
+  AssignGroups(run, run.arrays.ItemGroup);
+  AllocateGroupBlock(run);
+  AssignModels(run);
+}
+
+// The data, from the first record to the scored rows in the work files.
+void TakeInData(Run& run) {
+  ReadItemDeletions(run);
+  AllocatePersonStatusTrial(run);
+  ReadPersonDeletions(run);
+  DecideRescoring(run.settings);
+  ReadData(run);
+  if (!run.settings.RFILE.empty()) WriteResponseFile(run);
+  if (run.StopRequest == 1) {
+    run.RunIoStatus = -1;
+    EndRun(run);
+  }
+  if (NeedsItemSelection(run.settings)) SelectItems(run);
+  ReadItemAnchors(run);
+}
+
+// What the estimation works on, now that the persons are counted.
+void PrepareEstimation(Run& run) {
+  HoldPersonStatus(run);
+  AllocateCategoryBlock(run);
+  AllocatePersonBlock(run);
+  RestorePersonStatus(run);
+  ReadPersonAnchors(run);
+  ReadStepList(run);
+  ReadPivots(run);
+  AllocateWeightBlock(run);
+  ReadWeights(run);
+  AllocateStores(run);
+}
+
+void AnalyseData(Run& run) {
+  StampRun(run);
+  StartDialogue(run);
+  ReadSettings(run);
+  ReadItemSettings(run);
+  EnterReportMenu(run);
+  WriteBanner(run);
+  FormGroups(run);
+  TakeInData(run);
+  PrepareEstimation(run);
+  run.console->SetMenuState(MenuState::Running);
+  AnalysisDriver(run);
+}
+
+// After the run: one line of the user at a time, until there are no more.
+void Idle(Run& run) {
+  run.console->WriteLine(" Type \"exit\" and press Enter to end.");
+  std::string line;
+  while (run.console->ReadLine(line)) {
+    const std::string command = UpperCase(Trim(line));
+    if (command == "EXIT") return;
+    if (command.empty()) continue;
+    run.console->WriteLine(
+        " Tables on request come with the menus later. \"exit\" ends the program.");
+  }
+  // No more lines: the end of input is a good end, an interrupt or a hang-up is not.
+  if (run.console->IsClosing() || run.console->Interrupts() > run.interruptsSeen) {
+    run.leaving = true;
+  }
+}
+
+int ExitStatus(const Run& run) {
+  if (run.usageError) return kExitUsage;
+  const bool good = run.complete && run.RunIoStatus == 0 && !run.outputFailed && !run.leaving;
+  return good ? kExitGood : kExitBad;
+}
+
+}  // namespace
+
+int MainRun(Run& run, const std::vector<std::string>& words) {
+  run.startUp.words = words;
+  try {
+    AnalyseData(run);
+  } catch (const RunEnded&) {
+    if (run.RunIoStatus == 0) run.RunIoStatus = -1;
+    FollowBatchSetting(run);
+  }
+  FinishRun(run);
+  if (!run.batch && !run.leaving && !run.usageError) Idle(run);
+  run.workDirectory.RemoveFiles();
+  return ExitStatus(run);
+}
+
+}  // namespace vardento
