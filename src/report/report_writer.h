@@ -2,6 +2,7 @@
 // Table request to the writer of the Table.
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,7 +29,7 @@ class ReportLine {
   std::string_view View() const;  // without trailing blanks, at least 1 character
 
  private:
-  std::string text_;
+  std::array<char, ReportOutput::kMaxLine> text_;
   int next_ = 1;
 };
 

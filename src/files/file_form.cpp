@@ -1,0 +1,61 @@
+#include "files/file_form.h"
+
+#include "platform/io_status.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
+namespace vardento {
+namespace {
+
+constexpr std::size_t kLineLength = 260;
+constexpr int kLabelLength = 12;
+constexpr std::size_t kTitleLength = 60;
+
+}  // namespace
+
+std::string clean_csv_line(std::string_view line, char csv) {
+  std::string clean;
+  bool quoted = false;
+  for (const char c : TrimRight(line)) {
+    if (c == '"') quoted = !quoted;
+    if (!quoted && c == ' ') continue;
+    clean.push_back(!quoted && c == ',' && csv == 'T' ? '\t' : c);
+  }
+  return clean;
+}
+
+bool OutputFile::Open(const std::string& name) {
+  name_ = name;
+  return Check(writer_.Open(std::string(TrimRight(name)), FileMode::Replace), 'O');
+}
+
+bool OutputFile::WriteLine(std::string_view line) {
+  line = line.substr(0, kLineLength);
+  if (IsFixed()) return Check(writer_.WriteLine(TrimRight(line)), 'W');
+  return Check(writer_.WriteLine(clean_csv_line(line, run_.settings.CSV)), 'W');
+}
+
+bool OutputFile::WriteHead(std::string_view label, std::string_view fixedNames,
+                           std::string_view separatedNames) {
+  if (run_.settings.HLINES != 'Y') return true;
+  const std::string_view mark = IsFixed() ? ";" : "\"";
+  const std::string_view end = IsFixed() ? "" : "\"";
+  const auto put = [&](std::string_view text) {
+    return WriteLine(std::string(mark).append(text).append(end));
+  };
+  return put(PadRight(label, kLabelLength) + " FILE FOR") &&
+         put(TrimRight(std::string_view(run_.settings.TITLE).substr(0, kTitleLength))) &&
+         put(run_.RunStamp) && WriteLine(IsFixed() ? fixedNames : separatedNames);
+}
+
+bool OutputFile::Close() { return Check(writer_.Close(), 'W'); }
+
+bool OutputFile::Check(int status, char operation) {
+  run_.RunIoStatus = status;
+  if (status == kIoOk) return true;
+  run_.outputFailed = true;
+  ReportFileFailure(run_, name_, operation);
+  return false;
+}
+
+}  // namespace vardento

@@ -1,0 +1,191 @@
+// The rows of the measure Tables and what closes them.
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "report/measure_table.h"
+#include "report/report_columns.h"
+#include "run/number_text.h"
+
+namespace vardento {
+namespace {
+
+constexpr int kScreenRows = 4;     // rows of each side that the screen shows at the end
+constexpr int kScreenWidth = 80;   // of such a row
+constexpr int kLetterColumn = 62;  // the first column of the correlation
+
+std::string_view StatusText(StatusByte status) {
+  switch (status) {
+    case Status::ExtremeHigh:
+      return "MAXIMUM";
+    case Status::ExtremeLow:
+      return "MINIMUM";
+    case Status::NoResponses:
+      return "DROPPED";
+    case Status::Deleted:
+      return "DELETED";
+    case Status::LostHigh:
+      return "INESTIMABLE: HIGH";
+    case Status::LostLow:
+      return "INESTIMABLE: LOW";
+    default:
+      return "DESELECTED";
+  }
+}
+
+// The 5 columns of a weight: the first 6 characters of its number with 3 decimals, set to the right
+// in 6 columns, of which the rule takes the last.
+std::string WeightText(float weight) {
+  return PadLeft(PlainNumber(weight, 10, 3).substr(0, 6), 6).substr(0, 5);
+}
+
+// The bars between the fit columns; their contents are blank or put in later.
+void PutFitBars(ReportLine& line) {
+  for (const int column : {39, 50, 61}) PutBar(line, column);
+}
+
+}  // namespace
+
+void MeasureTable::PutRows() {
+  const int count = static_cast<int>(list_.entries.size());
+  for (int n = 1; n <= count; ++n) {
+    int& place = list_.entries[static_cast<std::size_t>(n - 1)];
+    const int entry = place;
+    if (entry <= 0 || IsLeftOut(n, entry)) {
+      omitted_ = true;
+      place = -std::abs(entry);
+      continue;
+    }
+    if (omitted_ && !omissionShown_ && IsBetterThanExpected(entry)) PutOmissionLine();
+    BreakPage();
+    PutRow(n, entry);
+    if (arrays_.status[entry] < Status::NoResponses) place = -entry;
+  }
+  if (omitted_ && !omissionShown_) PutOmissionLine();
+}
+
+// In fit order the well fitting middle of a long list is left out.
+bool MeasureTable::IsLeftOut(int n, int entry) const {
+  const int count = static_cast<int>(list_.entries.size());
+  if (!fitOrder_ || n <= kLetters || count - n <= kLetters - 1) return false;
+  const float limit = std::fabs(persons_ ? settings_.FITP : settings_.FITI);
+  return std::fabs(arrays_.infitZ[entry]) < limit && std::fabs(arrays_.outfitZ[entry]) < limit;
+}
+
+bool MeasureTable::IsBetterThanExpected(int entry) const {
+  return (settings_.OUTFIT == 'N' ? arrays_.infitZ[entry] : arrays_.outfitZ[entry]) < 0;
+}
+
+void MeasureTable::PutOmissionLine() {
+  omissionShown_ = true;
+  if (!fitOrder_) return;
+  BreakPage();
+  ReportLine line;
+  PutBar(line, 2);
+  line.At(10).Text("BETTER FITTING OMITTED");
+  line.At(39);
+  for (const int width : {10, 10, 5}) {
+    line.Repeat(Box::Cross, 1).Repeat(Box::Horizontal, width);
+  }
+  const int end = line.Column();
+  PutTail(line, {});
+  line.At(end).Repeat(Box::RightTee, 1);
+  PutReportLine(run_, line);
+}
+
+void MeasureTable::PutScore(ReportLine& line, float value) const {
+  if (fractionalScores_) {
+    line.Fixed(value, 7, 1);
+  } else {
+    line.Integer(std::llround(std::clamp(value, -1e9F, 1e9F)), 7);
+  }
+}
+
+void MeasureTable::PutNumbers(ReportLine& line, const EntryValues& values) const {
+  PutScore(line, values.score);
+  PutScore(line, values.count);
+  PutMeasure(line, settings_, values.measure);
+  const int errorColumn = line.Column();
+  PutMeasure(line, settings_, values.error);
+  if (IsAnchored(values.status)) line.At(errorColumn).Text("A");
+}
+
+void MeasureTable::PutStatistics(ReportLine& line, const EntryValues& values, char letter) const {
+  PutFit(line.At(40), values.infit, values.infitZ);
+  PutFit(line.At(51), values.outfit, values.outfitZ);
+  line.At(kLetterColumn).Fixed(values.correlation, 5, 2);
+  // The letter would read as part of a negative correlation.
+  const bool room =
+      line.CharacterAt(kLetterColumn) == ' ' && line.CharacterAt(kLetterColumn + 1) != '-';
+  if (room) line.At(kLetterColumn).Repeat(letter, 1);
+}
+
+void MeasureTable::PutEntryTail(ReportLine& line, int entry, const EntryValues& values) const {
+  ReportLine displacement;
+  if (IsMeasured(values.status)) PutMeasure(displacement, settings_, values.displacement);
+  const std::string weight = WeightText(values.weight);
+  const std::string label = LabelOfEntry(run_, facet_, entry);
+  Tail tail{weight, displacement.View(), label};
+  if (!persons_) {
+    const char model = run_.arrays.GroupModel[run_.arrays.ItemGroup[entry]];
+    tail.model = model == 'R' ? ' ' : model;
+    tail.group = GroupCodeOf(settings_, entry);
+  }
+  PutTail(line, tail);
+}
+
+void MeasureTable::PutRow(int n, int entry) {
+  const EntryValues values = ReadEntryValues(run_, facet_, entry);
+  ReportLine line;
+  PutBar(line, 2);
+  line.Integer(entry, 6);
+  if (IsMeasured(values.status)) PutNumbers(line, values);
+  if (IsActive(values.status)) {
+    PutFitBars(line);
+    const int count = static_cast<int>(list_.entries.size());
+    PutStatistics(line, values, fitOrder_ ? LetterOfPlace(n, count) : ' ');
+  } else if (IsMeasured(values.status)) {
+    PutBar(line, 39);
+    line.At(41).Text(StatusText(values.status)).Text(" ESTIMATED MEASURE");
+  } else {
+    line.Skip(5).Text(StatusText(values.status));
+    PutFitBars(line);
+  }
+  PutEntryTail(line, entry, values);
+  PutReportLine(run_, line);
+  SendToScreenSummary(line);
+}
+
+void MeasureTable::SendToScreenSummary(const ReportLine& line) {
+  int& sent = persons_ ? context_.personSummaryLines : context_.itemSummaryLines;
+  if (!fitOrder_ || run_.complete || sent >= kScreenRows) return;
+  if (sent == 0) PutSummaryLine(run_, SecondHeadLine().View(), kScreenWidth);
+  PutSummaryLine(run_, line.View(), kScreenWidth);
+  ++sent;
+}
+
+void MeasureTable::PutClose() {
+  PutReportLine(run_, Rule(Box::LeftTee, Box::Cross, Box::RightTee));
+  PutSummaryRow("MEAN", &StatSlot::mean);
+  PutSummaryRow("S.D.", &StatSlot::sd);
+  PutReportLine(run_, Rule(Box::BottomLeft, Box::BottomTee, Box::BottomRight));
+}
+
+void MeasureTable::PutSummaryRow(std::string_view word, float StatSlot::*statistic) {
+  const FitSummary& summary = context_.summary;
+  const int first = persons_ ? kPersonSlots : kItemSlots;
+  const auto value = [&](int offset) { return summary[first + offset].*statistic; };
+  const int realError = persons_ ? kPersonRealError : kItemRealError;
+  ReportLine line;
+  PutBar(line, 2);
+  line.At(4).Text(word).Fixed(value(0), 8, 0).Fixed(value(1), 7, 0);
+  PutMeasure(line, settings_, value(2));
+  PutMeasure(line, settings_, settings_.REALSE == 'Y' ? summary[realError].*statistic : value(3));
+  PutFitBars(line);
+  PutFit(line.At(40), value(4), value(5));
+  PutFit(line.At(51), value(6), value(7));
+  PutTail(line, {});
+  PutReportLine(run_, line);
+}
+
+}  // namespace vardento

@@ -1,0 +1,69 @@
+#include "report/report_columns.h"
+
+#include <algorithm>
+
+#include "platform/io_status.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
+namespace vardento {
+
+void PutMeasure(ReportLine& line, const ControlSettings& settings, double value) {
+  line.Fixed(value, 8, settings.UDECIM);
+}
+
+void PutFit(ReportLine& line, double meanSquare, double standardised) {
+  line.Fixed(meanSquare, 4, 2).Fixed(standardised, 6, 1);
+}
+
+void PutSummaryFit(ReportLine& line, double infit, double infitZ, double outfit, double outfitZ) {
+  line.At(51).Fixed(infit, 7, 2).Fixed(infitZ, 7, 1).Fixed(outfit, 7, 2).Fixed(outfitZ, 7, 1);
+}
+
+void PutBar(ReportLine& line, int column) { line.At(column).Repeat(Box::Vertical, 1); }
+
+ReportLine BoxRule(char left, int count, char right) {
+  ReportLine line;
+  line.At(2).Repeat(left, 1).Repeat(Box::Horizontal, count).Repeat(right, 1);
+  return line;
+}
+
+ReportLine SeparationRow(std::string_view kind, const SeparationValues& values,
+                         const SeparationForm& form) {
+  ReportLine line;
+  PutBar(line, 2);
+  line.Text(kind).Text(" RMSE").Fixed(values.RMSE, 7, 2);
+  line.At(22).Text("ADJ.SD").Fixed(values.AdjustedSD, 8, 2);
+  line.At(38).Text("SEPARATION").Fixed(values.SeparationIndex, 6, 2);
+  const std::string_view label =
+      TrimRight(form.label).substr(0, static_cast<std::size_t>(form.labelWidth));
+  line.At(56).Text(label, form.padLabel ? form.labelWidth : static_cast<int>(label.size()));
+  line.Skip(1).Text("RELIABILITY").Fixed(values.Reliability, 5, 2);
+  PutBar(line, form.barColumn);
+  return line;
+}
+
+std::string PlainNumber(double value, int width, int decimals) {
+  return std::string(Trim(fixed_field(value, width, decimals)));
+}
+
+void PutSummaryLine(Run& run, std::string_view line, int width) {
+  int status = kIoOk;
+  const std::string name = run.workDirectory.NameOf("ZRR");
+  if (!run.summaryLines.IsOpen()) status = run.summaryLines.Open(name, FileMode::ReplacePrivate);
+  if (status == kIoOk) {
+    status = run.summaryLines.WriteLine(line.substr(0, static_cast<std::size_t>(width)));
+  }
+  if (status == kIoOk || run.outputFailed) return;
+  run.RunIoStatus = status;
+  ReportFileFailure(run, name, 'W');
+  run.RunIoStatus = 0;
+}
+
+char LetterOfPlace(int n, int count) {
+  if (n <= kLetters && n <= (count + 1) / 2) return static_cast<char>('A' + n - 1);
+  const int fromEnd = count - n + 1;
+  return fromEnd <= std::min(kLetters, count / 2) ? static_cast<char>('a' + fromEnd - 1) : ' ';
+}
+
+}  // namespace vardento

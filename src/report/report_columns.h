@@ -1,0 +1,49 @@
+// Columns that several Tables share, each printed by one routine: how a measure, a mean-square or a
+// standardised value looks is said here and nowhere else.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "measure/estimation.h"
+#include "report/report_writer.h"
+
+namespace vardento {
+
+// Measure, standard error or displacement: 8 columns with UDECIM= decimals.
+void PutMeasure(ReportLine& line, const ControlSettings& settings, double value);
+// Mean-square in 4 columns and its standardised value in 6: the columns of entry lists.
+void PutFit(ReportLine& line, double meanSquare, double standardised);
+// INFIT and OUTFIT of a summary box, 28 columns from column 51 on.
+void PutSummaryFit(ReportLine& line, double infit, double infitZ, double outfit, double outfitZ);
+
+// Vertical rule at a column.
+void PutBar(ReportLine& line, int column);
+// A rule from column 2 on: a corner or tee, `count` horizontals, a corner or tee.
+ReportLine BoxRule(char left, int count, char right);
+
+// The separation row of a summary box: `kind` is " REAL" or "MODEL"; the label takes at most
+// `labelWidth` columns from 56 on and the bar stands at `barColumn`. `padLabel`: the label always
+// takes its full width.
+struct SeparationForm {
+  std::string_view label;
+  int labelWidth;
+  bool padLabel;
+  int barColumn;
+};
+ReportLine SeparationRow(std::string_view kind, const SeparationValues& values,
+                         const SeparationForm& form);
+
+// A number as a field of `width` with `decimals` decimals shows it, less the blanks around it.
+std::string PlainNumber(double value, int width, int decimals);
+
+// Appends a line, cut to `width` columns, to the lines that the screen shows at the end of the run.
+// Opens their file when it isn't open yet; a failure is told once and the run goes on.
+void PutSummaryLine(Run& run, std::string_view line, int width);
+
+inline constexpr int kLetters = 26;  // entries at each end of a list that get a letter
+// The mark of place n of `count` in a list of fit order: "A" to "Z" for the first 26, "a" to "z"
+// for the last ones seen from the end, the middle belonging to the top; ' ' between them.
+char LetterOfPlace(int n, int count);
+
+}  // namespace vardento

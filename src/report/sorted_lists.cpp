@@ -1,0 +1,175 @@
+#include "report/sorted_lists.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include "report/later_tables.h"
+#include "report/report_columns.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
+namespace vardento {
+namespace {
+
+constexpr float kEqualKeys = 0.0001F;
+constexpr int kLastColumn = 300;  // labels are compared up to here
+
+// The first gap: half of the power of 3 that is nearest to twice the list's length.
+int FirstGap(std::size_t count) {
+  const double power = std::round(std::log(2.0 * static_cast<double>(count) + 0.1) / std::log(3.0));
+  return std::max(1, static_cast<int>(std::round(std::pow(3.0, power) / 2)));
+}
+
+// `isBefore(a, b)` tells whether entry a stands in front of entry b.
+template <class Comparison>
+void ShellSort(std::vector<int>& entries, Comparison isBefore) {
+  if (entries.size() < 2) return;
+  for (std::size_t gap = static_cast<std::size_t>(FirstGap(entries.size())); gap > 0; gap /= 3) {
+    for (std::size_t i = gap; i < entries.size(); ++i) {
+      const int entry = entries[i];
+      std::size_t place = i;
+      while (place >= gap && isBefore(entry, entries[place - gap])) {
+        entries[place] = entries[place - gap];
+        place -= gap;
+      }
+      entries[place] = entry;
+    }
+  }
+}
+
+void TakeAbove(SelectedList& list, const Array1<StatusByte>& status, StatusByte bound) {
+  list.entries.clear();
+  for (int i = 1; i <= status.Size(); ++i) {
+    if (status[i] > bound) list.entries.push_back(i);
+  }
+}
+
+// Largest key first.
+template <class Key>
+void SortByKey(std::vector<int>& entries, Key key, bool ascendingEntries) {
+  ShellSort(entries, [&](int a, int b) {
+    const float difference = key(a) - key(b);
+    if (std::fabs(difference) < kEqualKeys) return ascendingEntries ? a < b : a > b;
+    return difference > 0;
+  });
+}
+
+// The part of a label that decides its place, padded to `width`.
+std::string SortText(Run& run, Facet facet, int entry, int start, int width) {
+  const std::string label = LabelOfEntry(run, facet, entry);
+  if (start == 0) return PadRight(MapLabel(run.settings, facet, label), width);
+  const std::size_t skipped = static_cast<std::size_t>(start - 1);
+  return PadRight(std::string_view(label).substr(std::min(label.size(), skipped)), width);
+}
+
+int DecideStartColumn(Run& run, Facet facet) {
+  const ControlSettings& settings = run.settings;
+  const bool persons = facet == Facet::Persons;
+  TableRequest& request = run.request;
+  float start = static_cast<float>(persons ? settings.PSORT : settings.ISORT);
+  if (request.Set(5) != ' ') start = request.Value(5);
+  start = std::clamp(std::round(start), 0.0F, static_cast<float>(kLastColumn));
+  if (start == 0 && Trim(persons ? settings.PMAP : settings.IMAP).empty()) start = 1;
+  request.TableArgument[4] = start;
+  return static_cast<int>(start);
+}
+
+int LongestLabelOf(const Run& run, Facet facet) {
+  if (facet == Facet::Persons) return std::clamp(run.LongestLabel, 1, kLastColumn);
+  const int stored = static_cast<int>(run.stores.itemLabels.RecordLength());
+  return std::clamp(std::max(stored, run.settings.ITLEN), 1, kLastColumn);
+}
+
+// Sorts with all labels in one block; false when the block can't be had.
+bool SortInMemory(Run& run, Facet facet, SelectedList& list, int start, int width,
+                  std::size_t entries) {
+  const std::size_t length = static_cast<std::size_t>(width);
+  MemoryBlock block;
+  if (!block.Allocate(run.memory, entries * length)) return false;
+  const auto labelOf = [&](int entry) {
+    return block.Data() + static_cast<std::size_t>(entry - 1) * length;
+  };
+  for (const int entry : list.entries) {
+    std::memcpy(labelOf(entry), SortText(run, facet, entry, start, width).data(), length);
+  }
+  ShellSort(list.entries, [&](int a, int b) {
+    const int order = std::memcmp(labelOf(a), labelOf(b), length);
+    return order != 0 ? order < 0 : a < b;
+  });
+  return true;
+}
+
+}  // namespace
+
+void ListInEntryOrder(SelectedList& list, int count) {
+  list.entries.resize(static_cast<std::size_t>(count));
+  std::iota(list.entries.begin(), list.entries.end(), 1);
+  list.order = 'E';
+}
+
+void SortByFit(Run& run, const FacetArrays& arrays, SelectedList& list) {
+  const bool infitOnly = run.settings.OUTFIT == 'N';
+  WriteConsole(run, std::string("  Sorting by ")
+                        .append(infitOnly ? "Infit" : "Fit")
+                        .append(" for Table ")
+                        .append(IntegerText(run.request.CurrentTable)));
+  TakeAbove(list, arrays.status, Status::ExtremeHigh);
+  const auto key = [&](int entry) {
+    return infitOnly ? arrays.infitZ[entry] : std::max(arrays.infitZ[entry], arrays.outfitZ[entry]);
+  };
+  SortByKey(list.entries, key, true);
+  list.order = 'F';
+}
+
+void SortByValue(char letter, const FacetArrays& arrays, const Array1<float>& keys,
+                 SelectedList& list) {
+  const char kind = UpperCase(letter);
+  const bool withExtremes = kind == 'M' || kind == 'D';
+  TakeAbove(list, arrays.status, withExtremes ? Status::NoResponses : Status::ExtremeHigh);
+  const float sign = letter == 'P' ? -1.0F : 1.0F;
+  SortByKey(
+      list.entries, [&](int entry) { return sign * keys[entry]; }, kind == letter);
+  list.order = letter;
+}
+
+void SortAlphabetically(Run& run, Facet facet, SelectedList& list) {
+  const TableRequest& request = run.request;
+  const int start = DecideStartColumn(run, facet);
+  WriteConsole(run, "  Sorting " + PluralLabel(run.settings, facet) + " for Table " +
+                        IntegerText(request.CurrentTable) + "." +
+                        IntegerText(request.SubtableCounter + 1));
+  const FacetArrays arrays = ArraysOf(run, facet);
+  TakeAbove(list, arrays.status, Status::NoResponses);
+  list.order = 'A';
+  const int width = LongestLabelOf(run, facet);
+  const std::size_t entries = static_cast<std::size_t>(arrays.Count());
+  if (SortInMemory(run, facet, list, start, width, entries)) return;
+  WriteConsole(run, std::to_string(entries * static_cast<std::size_t>(width)) +
+                        " bytes of memory not available, using disk work file");
+  ShellSort(list.entries, [&](int a, int b) {
+    const int order =
+        SortText(run, facet, a, start, width).compare(SortText(run, facet, b, start, width));
+    return order != 0 ? order < 0 : a < b;
+  });
+}
+
+char PlotLetter(const SelectedList& list, int entry) {
+  const std::vector<int>& entries = list.entries;
+  const auto isDigit = [](int e) { return std::abs(e) <= 9; };
+  if (entries.size() < 10 && std::all_of(entries.begin(), entries.end(), isDigit)) {
+    return entry >= 0 && entry <= 9 ? static_cast<char>('0' + entry) : ' ';
+  }
+  const int count = static_cast<int>(entries.size());
+  const auto stands = [&](int n) { return std::abs(entries[static_cast<std::size_t>(n - 1)]); };
+  for (int n = 1; n <= std::min(kLetters, (count + 1) / 2); ++n) {
+    if (stands(n) == entry) return LetterOfPlace(n, count);
+    if (stands(count - n + 1) == entry) return LetterOfPlace(count - n + 1, count);
+  }
+  return ' ';
+}
+
+}  // namespace vardento
