@@ -25,12 +25,16 @@ struct GroupModelTables {
 
 GroupModelTables TablesOfGroup(const RunArrays& arrays, int group);
 
+// A buffer p holds MAXCAT + 1 elements, category 0 first.
+//
 // Writes p(0..T), a distribution over the categories, and returns the expected score E.
-double CategoryProbabilities(double d, const GroupModelTables& group, float* p);
+double CategoryProbabilities(double d, const GroupModelTables& group, double* p);
 // For "S" and "F" with T >= 2: p(1..T) the chance of passing each step that the observation x puts
 // in play, p(0) a complement; returns the expected number of steps passed among them.
-double StepProbabilities(double d, const GroupModelTables& group, int x, float* p);
+double StepProbabilities(double d, const GroupModelTables& group, int x, double* p);
 
+// The natural logarithm as this system computes it; x above 0.
+double NaturalLog(double x);
 // ln(max(a / max(b, tiny), tiny)).
 double SafeLogOdds(double a, double b);
 
@@ -41,12 +45,15 @@ struct ScoreAndMaximum {
 // Score and largest possible score of an observation in category x under the group's letter.
 ScoreAndMaximum ModelScore(int x, int top, char letter);
 
-struct Moments {
+struct Evaluation {
+  double expected;  // E
   double variance;  // V, not floored
-  double fourth;    // C
+  double fourth;    // C, the fourth central moment (of each step, summed, for sequential groups)
 };
-// V and C from p as left by CategoryProbabilities, or StepProbabilities for a sequential group.
-Moments ComputeMoments(const GroupModelTables& group, const float* p, double expected);
+// E alone at d, for an observation in category x (x matters for sequential groups only).
+double EvaluateExpected(double d, const GroupModelTables& group, int x, double* p);
+// E, V and C at d; p is left as by the probability routine that fits the group.
+Evaluation Evaluate(double d, const GroupModelTables& group, int x, double* p);
 
 // The first numbering of the categories, before the first pass of the start values.
 void NumberCategories(RunArrays& arrays);

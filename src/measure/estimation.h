@@ -24,8 +24,10 @@ struct StatSlot {
   double weight = 0, sum = 0, squares = 0;
   float minimum = 0, maximum = 0;
   bool used = false;
-  float mean = 0, sd = 0;  // once the fit pass is over
-  void Add(double value, double w);
+  float mean = 0, sd = 0;            // once the fit pass is over
+  void Add(double value, double w);  // nothing for a weight of 0
+  void Fold(const StatSlot& other);  // adds another slot's sums to this one's
+  void Close();                      // turns the sums into mean and S.D.
 };
 
 // A most unexpected person or item: its number and the largest |z| of its responses.

@@ -27,6 +27,7 @@ struct WorkStores {
   DirectFile codedRows;        // ZNN
   DirectFile personNames;      // ZPP
   DirectFile personWork;       // ZQQ
+  DirectFile residuals;        // ZUU: NI 2-byte residuals of each active person, unless PRCOMP=N
   MemoryBlock workStore;       // NPERS person work records, or empty
   MemoryBlock responseMatrix;  // NPERS rows of NI scores, or empty
 };

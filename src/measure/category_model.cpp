@@ -1,0 +1,218 @@
+#include "measure/category_model.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace vardento {
+
+namespace {
+
+double GuardedExp(double exponent) {
+  return std::exp(std::min(exponent, static_cast<double>(kExpGuard)));
+}
+
+// Scales p(0..T) to a sum of 1 and returns its mean.
+double Normalise(int top, double total, double* p) {
+  const double factor = 1.0 / total;
+  double expected = 0;
+  for (int k = top; k >= 0; --k) {
+    p[k] *= factor;
+    expected += k * p[k];
+  }
+  return expected;
+}
+
+double DichotomyProbabilities(double d, const GroupModelTables& group, double* p) {
+  const double passed = 1.0 / (1.0 + GuardedExp(group.step[1] - d));
+  p[1] = passed;
+  p[0] = 1.0 - passed;
+  return passed;
+}
+
+double RatingScaleProbabilities(double d, const GroupModelTables& group, double* p) {
+  double sum = 0;
+  double highest = 0;
+  for (int j = 1; j <= group.top; ++j) {
+    sum += d - group.step[j];
+    if (group.status[j] > 0) highest = std::max(highest, sum);
+  }
+  sum = kExpGuard - highest;
+  p[0] = std::exp(sum);
+  double total = p[0];
+  for (int j = 1; j <= group.top; ++j) {
+    if (group.status[j] == 0) {
+      // A kept, unobserved category: never chosen, yet it occupies a step.
+      sum += d;
+      p[j] = 0;
+    } else {
+      sum += d - group.step[j];
+      p[j] = std::exp(sum);
+      total += p[j];
+    }
+  }
+  return Normalise(group.top, total, p);
+}
+
+// "S": p(k-1) is the chance of passing steps 1..k-1 and failing step k.
+double SuccessionProbabilities(double d, const GroupModelTables& group, double* p) {
+  double passed = 1;
+  double odds = 1;
+  double total = 0;
+  for (int k = 1; k <= group.top; ++k) {
+    if (group.status[k] < 1) {
+      p[k - 1] = 0;
+      continue;
+    }
+    passed *= odds;
+    odds = GuardedExp(d - group.step[k]);
+    passed /= odds + 1.0;
+    p[k - 1] = passed;
+    total += passed;
+  }
+  p[group.top] = passed * odds;
+  return Normalise(group.top, total + p[group.top], p);
+}
+
+// "F": the mirror of "S", from the top down.
+double MirroredProbabilities(double d, const GroupModelTables& group, double* p) {
+  double failed = 1;
+  double odds = 1;
+  double total = 0;
+  for (int k = group.top; k >= 1; --k) {
+    if (group.status[k] < 1) {
+      p[k] = 0;
+      continue;
+    }
+    failed *= odds;
+    odds = GuardedExp(group.step[k] - d);
+    failed /= odds + 1.0;
+    p[k] = failed;
+    total += failed;
+  }
+  p[0] = failed * odds;
+  return Normalise(group.top, total + p[0], p);
+}
+
+double PassProbability(double d, const GroupModelTables& group, int k) {
+  return 1.0 / (GuardedExp(group.step[k] - d) + 1.0);
+}
+
+Evaluation SequentialMoments(const GroupModelTables& group, double expected, const double* p) {
+  Evaluation result{expected, 0, 0};
+  for (int k = 1; k <= group.top; ++k) {
+    const double v = p[k] * (1.0 - p[k]);
+    result.variance += v;
+    result.fourth += v * (1.0 - 3.0 * v);
+  }
+  return result;
+}
+
+Evaluation DistributionMoments(const GroupModelTables& group, double expected, const double* p) {
+  double m2 = 0, m3 = 0, m4 = 0;
+  for (int k = 1; k <= group.top; ++k) {
+    double term = p[k] * k * k;
+    m2 += term;
+    m3 += term *= k;
+    m4 += term * k;
+  }
+  const double square = expected * expected;
+  return {expected, m2 - square, 3.0 * square * (2.0 * m2 - square) + (m4 - 4.0 * expected * m3)};
+}
+
+}  // namespace
+
+GroupModelTables TablesOfGroup(const RunArrays& arrays, int group) {
+  GroupModelTables tables;
+  const int start = arrays.GroupStart[group];
+  tables.top = arrays.GroupTop[group];
+  tables.letter = arrays.GroupModel[group];
+  tables.step = &arrays.StepCalibration[start];
+  tables.status = &arrays.StepStatus[start];
+  return tables;
+}
+
+double CategoryProbabilities(double d, const GroupModelTables& group, double* p) {
+  if (group.top < 1) {
+    p[0] = 1;
+    return 0;
+  }
+  if (group.top < 2) return DichotomyProbabilities(d, group, p);
+  if (group.letter == 'S') return SuccessionProbabilities(d, group, p);
+  if (group.letter == 'F') return MirroredProbabilities(d, group, p);
+  return RatingScaleProbabilities(d, group, p);
+}
+
+double StepProbabilities(double d, const GroupModelTables& group, int x, double* p) {
+  double expected = 0;
+  if (group.letter == 'S') {
+    for (int k = x + 1; k <= group.top; ++k) p[k] = 0;
+    for (int k = std::min(x + 1, group.top); k >= 1; --k) {
+      // A step that does not exist is certain.
+      p[k] = group.status[k] < 1 ? 1.0 : PassProbability(d, group, k);
+      expected += p[k];
+    }
+    p[0] = 1.0 - p[1];
+    return expected;
+  }
+  for (int k = x - 1; k >= 1; --k) p[k] = 0;
+  for (int k = std::max(x, 1); k <= group.top; ++k) {
+    p[k] = group.status[k] < 1 ? 0.0 : PassProbability(d, group, k);
+    expected += p[k];
+  }
+  p[0] = x < 2 ? 1.0 - p[1] : 0.0;
+  return expected;
+}
+
+double EvaluateExpected(double d, const GroupModelTables& group, int x, double* p) {
+  return group.IsSequential() ? StepProbabilities(d, group, x, p)
+                              : CategoryProbabilities(d, group, p);
+}
+
+Evaluation Evaluate(double d, const GroupModelTables& group, int x, double* p) {
+  const double expected = EvaluateExpected(d, group, x, p);
+  return group.IsSequential() ? SequentialMoments(group, expected, p)
+                              : DistributionMoments(group, expected, p);
+}
+
+double NaturalLog(double x) { return static_cast<double>(kLnTwo) * std::log2(x); }
+
+double SafeLogOdds(double a, double b) {
+  return NaturalLog(std::max(a / std::max(b, kTiny), kTiny));
+}
+
+ScoreAndMaximum ModelScore(int x, int top, char letter) {
+  if (top < 2 || letter == 'R') return {x, top};
+  if (letter == 'S') return {x, std::min(x + 1, top)};
+  if (x < 2) return {x, top};
+  return {1, top - x + 1};
+}
+
+void NumberCategories(RunArrays& arrays) {
+  for (int g = 1; g <= arrays.GroupTop.Size(); ++g) {
+    const int start = arrays.GroupStart[g];
+    const int top = arrays.GroupTop[g];
+    int last = -1;
+    for (int k = 0; k <= top; ++k) {
+      const int position = start + k;
+      if (arrays.StepStatus[position] < 0) {
+        arrays.CodeToCategory[position] = -3;
+        continue;
+      }
+      ++last;
+      arrays.CodeToCategory[position] = last;
+      arrays.CategoryToCode[start + last] = k;
+      if (last != k) {
+        arrays.StepCalibration[start + last] = arrays.StepCalibration[position];
+        arrays.StepStatus[start + last] = arrays.StepStatus[position];
+      }
+    }
+    if (last == 0) {
+      arrays.CodeToCategory[start + arrays.CategoryToCode[start]] = -4;
+      last = -1;
+    }
+    for (int k = last + 1; k <= top; ++k) arrays.CodeToCategory[start + k] = -3;
+    arrays.GroupTop[g] = last;
+  }
+}
+
+}  // namespace vardento

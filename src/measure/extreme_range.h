@@ -1,0 +1,26 @@
+// The "extreme 5" range of a set of measures: how far its highest lie above its lowest.
+#pragma once
+
+#include <array>
+
+namespace vardento {
+
+// Keeps the few highest and lowest of the values it is given.
+class ExtremeRange {
+ public:
+  // At most 5 values on each side, and at most half of the items, whichever side they are of.
+  explicit ExtremeRange(int itemCount);
+  void Add(float value);
+  // The mean over i of (i-th highest - i-th lowest), logits; 0 when the lists cover everybody.
+  float Range() const;
+  int Count() const { return added_; }
+
+ private:
+  int limit_;
+  int kept_ = 0;
+  int added_ = 0;
+  std::array<float, 6> highest_{};
+  std::array<float, 6> lowest_{};
+};
+
+}  // namespace vardento

@@ -1,0 +1,167 @@
+#include "measure/fit_statistics.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "measure/category_model.h"
+
+namespace vardento {
+
+MeanSquare MeanSquareZ(double sum, double variance, double df, char local) {
+  df = std::max(df, 0.00001);
+  const double meanSquare = sum / df;
+  if (local == 'L') return {meanSquare, NaturalLog(std::max(meanSquare, 0.00001))};
+  const double q = std::sqrt(std::max(variance, 0.00001)) / (3.0 * df);
+  return {meanSquare, (std::pow(meanSquare, 0.33333334) - 1.0) / q};
+}
+
+float ZCode(double z, double meanSquare) {
+  if (std::fabs(z) >= kFitCap) z = std::copysign(static_cast<double>(kFitCap), z);
+  return static_cast<float>((std::round(100.0 * z) * 10.0 + meanSquare) * 0.001);
+}
+
+FitValues FindFit(const FitSums& sums, const ControlSettings& settings) {
+  MeanSquare outfit{}, infit{};
+  const double outfitVariance = sums.outfitVariance - sums.count;
+  if (settings.NORMAL == 'Y') {
+    outfit.standardised =
+        (sums.squaredStandardised - sums.count) / std::sqrt(std::max(outfitVariance, kTiny));
+    outfit.value = sums.squaredStandardised / std::max(sums.count, kTiny);
+    infit.standardised =
+        (sums.squaredResidual - sums.variance) / std::sqrt(std::max(sums.infitVariance, kTiny));
+    infit.value = sums.squaredResidual / std::max(sums.variance, kTiny);
+  } else {
+    outfit = MeanSquareZ(sums.squaredStandardised, outfitVariance, sums.count, settings.LOCAL);
+    infit = MeanSquareZ(sums.squaredResidual, sums.infitVariance, sums.variance, settings.LOCAL);
+  }
+  FitValues values;
+  values.infit = static_cast<float>(std::min<double>(infit.value, kFitCap));
+  values.outfit = static_cast<float>(std::min<double>(outfit.value, kFitCap));
+  const bool coded = settings.LOCAL != 'Y';
+  values.infitZ =
+      coded ? ZCode(infit.standardised, values.infit) : static_cast<float>(infit.standardised);
+  values.outfitZ =
+      coded ? ZCode(outfit.standardised, values.outfit) : static_cast<float>(outfit.standardised);
+  return values;
+}
+
+double HeldScore(const FitSums& sums, double extremeScore) {
+  if (sums.score == 0) return std::min(sums.expected, extremeScore);
+  if (sums.score == sums.maximum) return std::max(sums.expected, sums.maximum - extremeScore);
+  return sums.score;
+}
+
+namespace {
+
+// The displacement in the direction of the expected score; false when the log-odds have no slope.
+bool FindShift(const FitSums& sums, double score, double& shift) {
+  const double here = SafeLogOdds(sums.expected, sums.maximum - sums.expected);
+  const double below = SafeLogOdds(sums.expectedOffset, sums.maximum - sums.expectedOffset);
+  const double slope = here - below;
+  if (std::fabs(slope) < kTiny) return false;
+  shift = (SafeLogOdds(score, sums.maximum - score) - here) / slope;
+  return true;
+}
+
+}  // namespace
+
+double FindPersonDisplacement(const FitSums& sums, double extremeScore) {
+  const double score = HeldScore(sums, extremeScore);
+  double shift = 0;
+  if (FindShift(sums, score, shift)) return shift;
+  return (score - sums.expected) / std::max(sums.maximum, kTiny);
+}
+
+double FindItemDisplacement(const FitSums& sums, double extremeScore) {
+  return -FindPersonDisplacement(sums, extremeScore);
+}
+
+void CorrelationRecord::Add(double x, double y, double weight) {
+  if (weight == 0) return;
+  n += weight;
+  meanY += (y - meanY) * weight / n;
+  meanX += (x - meanX) * weight / n;
+  if (!(weight < n)) return;
+  const double a = weight / (n - weight);
+  varianceY += (meanY - y) * (meanY - y) * a - varianceY / n;
+  varianceX += (meanX - x) * (meanX - x) * a - varianceX / n;
+  covariance += (meanX - x) * (meanY - y) * a - covariance / n;
+}
+
+double CorrelationRecord::Correlation() const {
+  if (!(n > 0) || varianceX == 0 || varianceY == 0) return 0;
+  return covariance / std::sqrt(std::fabs(std::max(varianceX * varianceY, kTiny)));
+}
+
+void RunningSpread::Add(double z, double weight) {
+  if (!(weight > 0)) return;
+  const auto next = static_cast<std::int64_t>(static_cast<double>(n_) + weight);
+  const double total = static_cast<double>(next);
+  // Weights below 1 may leave the whole-number counter where it was: the spread begins anew.
+  if (first_ || !(total - weight > 0)) {
+    first_ = false;
+    n_ = next;
+    mean_ = z;
+    squares_ = 0;
+    return;
+  }
+  mean_ += (z - mean_) * weight / total;
+  const double a = (z - mean_) * weight / (total - weight);
+  squares_ += (total - weight) * a * a - squares_ * weight / total;
+  n_ = next;
+}
+
+double RunningSpread::SD() const { return std::sqrt(std::max(squares_, 0.0)); }
+
+void EnterWorst(std::vector<WorstEntry>& list, int number, float z) {
+  if (list.size() == kWorstListLength && z < list.back().z) return;
+  const auto place = std::find_if(list.begin(), list.end(),
+                                  [z](const WorstEntry& entry) { return !(entry.z > z); });
+  const auto isThis = [number](const WorstEntry& entry) { return entry.number == number; };
+  if (std::any_of(list.begin(), place, isThis)) return;
+  const auto index = place - list.begin();
+  const auto old = std::find_if(place, list.end(), isThis);
+  if (old != list.end()) {
+    list.erase(old);
+  } else if (list.size() == kWorstListLength) {
+    list.pop_back();
+  }
+  list.insert(list.begin() + index, WorstEntry{number, z});
+}
+
+namespace {
+
+constexpr double kFull = 32767.0;
+
+// Stored in 16 bits as it falls.
+std::int16_t Wrap(double value) {
+  return static_cast<std::int16_t>(static_cast<std::uint16_t>(std::llround(value)));
+}
+
+std::int16_t Limit(double value) {
+  return static_cast<std::int16_t>(std::llround(std::clamp(value, -kFull, kFull)));
+}
+
+}  // namespace
+
+std::int16_t ResidualEntry(char kind, const ResidualTerms& terms) {
+  const double p = std::max(terms.probability, kTiny);
+  switch (kind) {
+    case 'R':
+      return Wrap(kFull * terms.y / terms.top);
+    case 'L':
+      return Limit(100.0 * terms.y / terms.variance);
+    case 'O':
+      return Wrap(terms.x);
+    case 'K':
+      return Wrap(kFull * p);
+    case 'H':
+      return Wrap(kFull * std::min(-NaturalLog(p) / NaturalLog(0.002), 1.0));
+    case 'G':
+      return Wrap(kFull * std::clamp(SafeLogOdds(p, 1.0 - p) / NaturalLog(499.0), -1.0, 1.0));
+    default:
+      return Limit(1500.0 * terms.z);
+  }
+}
+
+}  // namespace vardento

@@ -1,0 +1,57 @@
+// How the measurement phases walk over observations: the measured items as one contiguous list, and
+// the weights of persons, items and pairs. Made once for each pass over the persons.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "measure/category_model.h"
+#include "run/run.h"
+
+namespace vardento {
+
+// A measured item (active, anchored or extreme) with all that the person loop needs of it.
+struct ItemInHand {
+  int item = 0;
+  int group = 0;
+  int start = 0;          // category position of its category 0
+  bool active = false;    // takes part in the persons' sums
+  double measure = 0;     // D, logits
+  double weight = 1;      // iw
+  double pairFactor = 1;  // the combined weight of an observation is pw times this
+  GroupModelTables tables;
+  const std::int32_t* codeToCategory = nullptr;  // by response code
+
+  // The ordered category of a stored response, negative when it counts as missing.
+  int CategoryOf(std::uint8_t response) const {
+    return response == 255 ? -1 : codeToCategory[response];
+  }
+};
+
+// The measured items from NI down to 1: all of them, and those among them that are active. A person
+// of positive status meets all of them, an extreme person only the active ones.
+struct ItemWalk {
+  std::vector<ItemInHand> all;
+  std::vector<ItemInHand> active;
+  const std::vector<ItemInHand>& For(StatusByte personStatus) const {
+    return IsActive(personStatus) ? all : active;
+  }
+};
+
+ItemWalk MakeItemWalk(const Run& run);
+
+// The weight of a person; 1 when no weights are in use.
+inline double PersonWeightOf(const Run& run, int person) {
+  return run.personWeights ? run.arrays.PersonWeight[person] : 1.0;
+}
+inline double ItemWeightOf(const Run& run, int item) {
+  return run.itemWeights ? run.arrays.ItemWeight[item] : 1.0;
+}
+// Refreshes GroupMaxWeight over items of positive status; nothing without item weights.
+void UpdateGroupMaxWeight(Run& run);
+
+// Centring is on this side, and anchors do not set the frame instead.
+bool CentresOnItems(const Run& run);
+bool CentresOnPersons(const Run& run);
+
+}  // namespace vardento

@@ -1,0 +1,236 @@
+#include "measure/scale_structure.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "measure/category_model.h"
+
+namespace vardento {
+
+namespace {
+
+// Spread of a standard logistic against a standard normal, with the reach of a category.
+constexpr double kExpansion = 2.65;
+
+std::vector<char> FindGroupsInUse(const Run& run) {
+  std::vector<char> used(static_cast<std::size_t>(run.NGROUPS) + 1, 0);
+  for (int i = 1; i <= run.settings.NI; ++i) {
+    if (IsActive(run.arrays.ItemStatus[i])) {
+      used[static_cast<std::size_t>(run.arrays.ItemGroup[i])] = 1;
+    }
+  }
+  return used;
+}
+
+void DropGroup(RunArrays& arrays, int group) {
+  const int start = arrays.GroupStart[group];
+  for (int k = 0; k <= arrays.GroupTop[group]; ++k) {
+    arrays.CodeToCategory[start + arrays.CategoryToCode[start + k]] = -4;
+  }
+  arrays.GroupTop[group] = -1;
+}
+
+// One group being renumbered: its place in the tables and the outcome so far.
+class Renumbering {
+ public:
+  Renumbering(Run& run, int group, CategorySums& sums, ScalePassResult& result)
+      : run_(run),
+        arrays_(run.arrays),
+        sums_(sums),
+        result_(result),
+        group_(group),
+        start_(run.arrays.GroupStart[group]),
+        top_(run.arrays.GroupTop[group]) {}
+
+  void Renumber() {
+    MarkObserved();
+    if (run_.settings.STKEEP == 'Y') KeepUnobserved();
+    Pack();
+  }
+
+ private:
+  std::int32_t& StatusAt(int k) { return arrays_.StepStatus[start_ + k]; }
+
+  void MarkObserved() {
+    for (int k = 0; k <= top_; ++k) {
+      if (StatusAt(k) < -1) continue;
+      if (arrays_.CategoryCount[start_ + k] <= 0 && StatusAt(k) != 2) {
+        StatusAt(k) = -1;
+        continue;
+      }
+      highest_ = k;
+      lowest_ = std::min(lowest_, k);
+      if (StatusAt(k) != 2) StatusAt(k) = 1;
+    }
+  }
+
+  // Keeps the unobserved categories between observed ones.
+  void KeepUnobserved() {
+    int upper = highest_;
+    for (int k = highest_ - 1; k > lowest_; --k) {
+      if (StatusAt(k) == -1) {
+        if (arrays_.GroupModel[group_] == 'S') {
+          // The step into an unobserved category can be estimated, the one behind it cannot.
+          StatusAt(k) = 1;
+          if (StatusAt(upper) != 2) StatusAt(upper) = 0;
+        } else {
+          StatusAt(k) = 0;
+        }
+      }
+      if (StatusAt(k) > 0) upper = k;
+    }
+  }
+
+  void Pack() {
+    int last = -1;
+    for (int j = 0; j <= top_; ++j) {
+      const int code = arrays_.CategoryToCode[start_ + j];
+      if (StatusAt(j) < 0) {
+        result_.structureChanged = true;
+        arrays_.CodeToCategory[start_ + code] = -4;
+        continue;
+      }
+      ++last;
+      ++result_.activeCategories;
+      if (last != j) MoveCategory(j, last, code);
+    }
+    if (last == 0) {
+      result_.structureChanged = true;
+      --result_.activeCategories;
+      arrays_.CodeToCategory[start_ + arrays_.CategoryToCode[start_]] = -4;
+      last = -1;
+    }
+    arrays_.GroupTop[group_] = last;
+    result_.largestTop = std::max(result_.largestTop, last);
+  }
+
+  void MoveCategory(int from, int to, int code) {
+    arrays_.CodeToCategory[start_ + code] = to;
+    arrays_.CategoryToCode[start_ + to] = code;
+    StatusAt(to) = StatusAt(from);
+    arrays_.StepCalibration[start_ + to] = arrays_.StepCalibration[start_ + from];
+    arrays_.CategoryCount[start_ + to] = arrays_.CategoryCount[start_ + from];
+    const auto source = static_cast<std::size_t>(start_ + from);
+    const auto target = static_cast<std::size_t>(start_ + to);
+    sums_.count[target] = sums_.count[source];
+    sums_.measure[target] = sums_.measure[source];
+    sums_.squares[target] = sums_.squares[source];
+  }
+
+  Run& run_;
+  RunArrays& arrays_;
+  CategorySums& sums_;
+  ScalePassResult& result_;
+  int group_, start_, top_;
+  int highest_ = -1;
+  int lowest_ = 1 << 20;
+};
+
+// The step into category k: observations above it (`above`) against those below (`below`).
+double EstimateStep(const CategorySums::Triple& below, const CategorySums::Triple& above) {
+  const double n = below.count + above.count;
+  const double sum = below.measure + above.measure;
+  const double squares = below.squares + above.squares;
+  const double spread = std::sqrt(std::max(0.0, (squares - sum * sum / n) / (kExpansion * n) + 1));
+  return sum / n + NaturalLog(below.count / above.count) * spread;
+}
+
+CategorySums::Triple ReachOfStep(const RunArrays& arrays, const CategorySums& sums, int group,
+                                 int k) {
+  const int start = arrays.GroupStart[group];
+  CategorySums::Triple above = sums.At(start + k);
+  if (arrays.GroupModel[group] == 'S') {
+    for (int j = k + 1; j <= arrays.GroupTop[group]; ++j) above.Add(sums.At(start + j));
+  }
+  return above;
+}
+
+CategorySums::Triple FailuresBelow(const RunArrays& arrays, const CategorySums& sums, int group,
+                                   int k) {
+  const int start = arrays.GroupStart[group];
+  CategorySums::Triple below = sums.At(start + k);
+  if (arrays.GroupModel[group] == 'F') {
+    for (int j = 0; j < k; ++j) below.Add(sums.At(start + j));
+  }
+  return below;
+}
+
+// Takes the mean off the estimated steps and keeps the largest change. `previous` holds the steps
+// before this pass.
+void CentreSteps(RunArrays& arrays, int group, double mean, const std::vector<float>& previous,
+                 float& stepChange) {
+  const int start = arrays.GroupStart[group];
+  for (int k = 1; k <= arrays.GroupTop[group]; ++k) {
+    if (arrays.StepStatus[start + k] != 1) continue;
+    float& step = arrays.StepCalibration[start + k];
+    step = static_cast<float>(step - mean);
+    const float change = step - previous[static_cast<std::size_t>(k)];
+    if (std::fabs(change) > std::fabs(stepChange)) stepChange = change;
+  }
+}
+
+void EstimateSteps(RunArrays& arrays, const CategorySums& sums, int group, float& stepChange) {
+  const int start = arrays.GroupStart[group];
+  const int top = arrays.GroupTop[group];
+  std::vector<float> previous(static_cast<std::size_t>(std::max(top, 0)) + 1, 0.0F);
+  CategorySums::Triple below;
+  double stepSum = 0;
+  int stepCount = 0;
+  for (int k = 0; k <= top; ++k) {
+    const int position = start + k;
+    const int status = arrays.StepStatus[position];
+    float& step = arrays.StepCalibration[position];
+    if (k > 0 && status == 1) {
+      previous[static_cast<std::size_t>(k)] = step;
+      const CategorySums::Triple above = ReachOfStep(arrays, sums, group, k);
+      step = above.count == 0 || below.count == 0 ? 0.0F
+                                                  : static_cast<float>(EstimateStep(below, above));
+      ++stepCount;
+    }
+    if (k > 0 && status < 1) step = 0;
+    if (k > 0 && status >= 1) stepSum += step;
+    if (sums.At(position).count > 0) below = FailuresBelow(arrays, sums, group, k);
+  }
+  if (stepCount > 0) CentreSteps(arrays, group, stepSum / stepCount, previous, stepChange);
+}
+
+}  // namespace
+
+void CategorySums::Clear(int positions) {
+  const auto size = static_cast<std::size_t>(positions) + 1;
+  count.assign(size, 0.0);
+  measure.assign(size, 0.0);
+  squares.assign(size, 0.0);
+}
+
+void CategorySums::Triple::Add(const Triple& other) {
+  count += other.count;
+  measure += other.measure;
+  squares += other.squares;
+}
+
+CategorySums::Triple CategorySums::At(int position) const {
+  const auto p = static_cast<std::size_t>(position);
+  return {count[p], measure[p], squares[p]};
+}
+
+ScalePassResult EstimateScales(Run& run, CategorySums& sums) {
+  RunArrays& arrays = run.arrays;
+  for (int p = 1; p <= run.NCATS; ++p) {
+    arrays.CategoryCount[p] = static_cast<float>(sums.At(p).count);
+  }
+  ScalePassResult result;
+  const std::vector<char> used = FindGroupsInUse(run);
+  for (int g = run.NGROUPS; g >= 1; --g) {
+    if (arrays.GroupTop[g] < 0) continue;
+    if (!used[static_cast<std::size_t>(g)] || arrays.GroupTop[g] == 0) {
+      DropGroup(arrays, g);
+      continue;
+    }
+    Renumbering(run, g, sums, result).Renumber();
+    EstimateSteps(arrays, sums, g, result.stepChange);
+  }
+  return result;
+}
+
+}  // namespace vardento

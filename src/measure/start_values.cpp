@@ -1,0 +1,394 @@
+#include "measure/start_values.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "data/work_files.h"
+#include "measure/estimation.h"
+#include "measure/extreme_range.h"
+#include "run/messages.h"
+
+namespace vardento {
+
+namespace {
+
+constexpr double kExpansion = 2.65;
+constexpr double kScoreFloor = 0.5;   // keeps the log-odds of an extreme score finite
+constexpr float kRangeGrowth = 0.5F;  // logits a range must grow by for another pass
+
+// Where an entry goes that has no responses left.
+StatusByte LostStatus(StatusByte status) {
+  if (status == Status::ExtremeHigh) return Status::LostHigh;
+  if (status == Status::ExtremeLow) return Status::LostLow;
+  return Status::NoResponses;
+}
+
+// sqrt(1 + variance / 2.65): how far log-odds are drawn apart by the spread they were met with.
+double Expand(double n, double sum, double squares) {
+  const double variance = (squares - sum * sum / n) / n;
+  return std::sqrt(std::max(0.0, 1.0 + variance / kExpansion));
+}
+
+double FlooredLogOdds(double passed, double failed) {
+  return NaturalLog(std::max(passed, kScoreFloor) / std::max(failed, kScoreFloor));
+}
+
+// First raised to the lower bound, then lowered to the upper one.
+double HoldInside(double score, double maximum, double margin) {
+  return std::min(std::max(score, margin), maximum - margin);
+}
+
+}  // namespace
+
+void StartValues::Open() {
+  listener_.BeginProx();
+  NumberCategories(run_.arrays);
+  for (float& value : run_.arrays.PersonTotalScore) value = 0;
+  for (float& value : run_.arrays.PersonTotalCount) value = 0;
+  itemTotalScore_.assign(static_cast<std::size_t>(run_.settings.NI) + 1, 0.0);
+  itemTotalCount_.assign(static_cast<std::size_t>(run_.settings.NI) + 1, 0.0);
+  items_.assign(static_cast<std::size_t>(run_.settings.NI) + 1, ItemSums());
+  if (run_.settings.PTBIS == 'Y' && !biserial_.Allocate(run_)) run_.settings.PTBIS = 'N';
+}
+
+ProxRecord StartValues::RunPass() {
+  ++iteration_;
+  ProxRecord record;
+  record.iteration = iteration_;
+  record.activePersons = run_.ActivePersons;
+  record.activeItems = run_.ActiveItems;
+  record.activeCategories = run_.ActiveCategories;
+  listener_.BeginProxPass();
+  ClearPass();
+
+  PassOverPersons();
+  firstPass_ = false;
+  ExtremeRange persons(run_.settings.NI);
+  for (int n = 1; n <= run_.NPERS; ++n) {
+    if (IsActive(WithoutCompleteFlag(run_.arrays.PersonStatus[n]))) {
+      persons.Add(run_.arrays.PersonMeasure[n]);
+    }
+  }
+  PassOverItems();
+  CentreMeasures();
+  ExtremeRange items(run_.settings.NI);
+  for (int i = 1; i <= run_.settings.NI; ++i) {
+    if (IsActive(run_.arrays.ItemStatus[i])) items.Add(run_.arrays.ItemMeasure[i]);
+  }
+  const ScalePassResult scales = EstimateScales(run_, categories_);
+  structureChanged_ = structureChanged_ || scales.structureChanged;
+
+  record.personRange = persons.Range();
+  record.itemRange = items.Range();
+  record.measureChange = largestChange_;
+  record.stepChange = scales.stepChange;
+  listener_.EndProxPass(record);
+  run_.ActivePersons = persons.Count();
+  run_.ActiveItems = items.Count();
+  run_.ActiveCategories = scales.activeCategories;
+  run_.largestGroupTop = scales.largestTop;
+  return record;
+}
+
+void StartValues::ClearPass() {
+  completeAllowed_ = AllowsComplete();
+  for (ItemSums& sums : items_) {
+    sums.b = sums.bb = sums.model = sums.modelMax = 0;
+    if (counting_) sums.score = sums.count = sums.rawMax = 0;
+  }
+  categories_.Clear(run_.NCATS);
+  if (biserial_.InUse()) biserial_.BeginPass(run_.settings.NI, correlationPass_);
+  UpdateGroupMaxWeight(run_);
+  walk_ = MakeItemWalk(run_);
+  largestChange_ = 0;
+  anchorShift_ = anchorWeight_ = 0;
+  structureChanged_ = false;
+  run_.ItemAnchored = run_.PersonAnchored = false;
+}
+
+bool StartValues::AllowsComplete() const {
+  if (run_.settings.TARGET == 'Y') return false;
+  for (int i = 1; i <= run_.settings.NI; ++i) {
+    if (IsMeasured(run_.arrays.ItemStatus[i]) &&
+        run_.arrays.GroupModel[run_.arrays.ItemGroup[i]] != 'R') {
+      return false;
+    }
+  }
+  return true;
+}
+
+void StartValues::PassOverPersons() {
+  for (int n = 1; n <= run_.NPERS; ++n) {
+    MeasurePerson(n);
+    ShowProgress(run_, n, run_.NPERS);
+  }
+}
+
+void StartValues::MeasurePerson(int person) {
+  StatusByte status = WithoutCompleteFlag(run_.arrays.PersonStatus[person]);
+  PersonSums sums;
+  PersonWorkRecord record;
+  if (status >= Status::ExtremeLow) {
+    if (run_.settings.PTBIS == 'Y') {
+      record.correlation = firstPass_ ? 0.0F : ReadPersonWork(run_, person).correlation;
+    }
+    sums = AddResponses(person, status);
+    status = SettlePerson(status, sums, record.correlation);
+    if (IsMeasured(status)) MovePerson(person, status, sums);
+  }
+  const bool flagged = sums.complete && IsMeasured(status);
+  run_.arrays.PersonStatus[person] =
+      flagged ? static_cast<StatusByte>(status + Status::Complete) : status;
+  record.count = static_cast<float>(sums.count);
+  record.score = static_cast<float>(sums.raw);
+  record.error = static_cast<float>(sums.rawMax);
+  record.infit = static_cast<float>(sums.modelMax);
+  record.outfit = static_cast<float>(sums.model);
+  WritePersonWork(run_, person, record);
+}
+
+StartValues::PersonSums StartValues::AddResponses(int person, StatusByte status) {
+  const std::uint8_t* row = firstPass_ ? FillScoredRow(run_, person) : ReadScoredRow(run_, person);
+  const double b = run_.arrays.PersonMeasure[person];
+  const double pw = PersonWeightOf(run_, person);
+  PersonSums sums;
+  sums.complete = completeAllowed_;
+  if (biserial_.InUse()) biserial_.BeginPerson(person);
+  double totalScore = 0, totalCount = 0;
+  for (const ItemInHand& hand : walk_.For(status)) {
+    const int x = hand.CategoryOf(row[hand.item - 1]);
+    if (x < 0) {
+      sums.complete = false;
+      continue;
+    }
+    if (firstPass_) {
+      const auto item = static_cast<std::size_t>(hand.item);
+      totalCount += hand.weight;
+      totalScore += x * hand.weight;
+      itemTotalCount_[item] += pw;
+      itemTotalScore_[item] += x * pw;
+    }
+    if (biserial_.InUse()) biserial_.Add(hand.item, x, hand.weight, pw);
+    AddObservation(hand, x, status, b, pw, sums);
+  }
+  if (firstPass_) {
+    run_.arrays.PersonTotalCount[person] = static_cast<float>(totalCount);
+    run_.arrays.PersonTotalScore[person] = static_cast<float>(totalScore);
+  }
+  return sums;
+}
+
+void StartValues::AddObservation(const ItemInHand& hand, int x, StatusByte status, double b,
+                                 double pw, PersonSums& sums) {
+  const bool personActive = IsActive(status);
+  const double iw = hand.weight;
+  if (hand.active) {
+    sums.count += iw;
+    sums.raw += x * iw;
+    sums.rawMax += hand.tables.top * iw;
+    sums.d += hand.measure * iw;
+    sums.dd += hand.measure * hand.measure * iw;
+  }
+  ItemSums& item = items_[static_cast<std::size_t>(hand.item)];
+  if (personActive) {
+    item.b += b * pw;
+    item.bb += b * b * pw;
+    if (counting_) {
+      item.count += pw;
+      item.score += x * pw;
+      item.rawMax += hand.tables.top * pw;
+    }
+    if (hand.active) {
+      const auto position = static_cast<std::size_t>(hand.start + x);
+      const double w = pw * hand.pairFactor;
+      const double d = b - hand.measure;
+      categories_.count[position] += w;
+      categories_.measure[position] += d * w;
+      categories_.squares[position] += d * d * w;
+    }
+  }
+  if (counting_) return;
+  const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.letter);
+  if (hand.active) {
+    sums.model += model.score * iw;
+    sums.modelMax += model.maximum * iw;
+  }
+  if (personActive) {
+    item.model += model.score * pw;
+    item.modelMax += model.maximum * pw;
+  }
+}
+
+StatusByte StartValues::ExtremeStatus(bool top) const {
+  const bool high = top == (run_.settings.USCALE > 0);
+  return high ? Status::ExtremeHigh : Status::ExtremeLow;
+}
+
+StatusByte StartValues::SettlePerson(StatusByte status, PersonSums& sums, float& correlation) {
+  StatusByte settled = status;
+  if (!(sums.count > 0)) {
+    settled = LostStatus(status);
+  } else if (status == Status::Active && sums.raw > 0 && sums.raw == sums.rawMax) {
+    settled = ExtremeStatus(true);
+  } else if (status == Status::Active && sums.raw <= 0) {
+    settled = ExtremeStatus(false);
+  } else if (correlationPass_) {
+    if (biserial_.InUse()) correlation = biserial_.PersonCorrelation();
+    if (sums.modelMax == 0) settled = LostStatus(status);
+  }
+  if (settled != status) structureChanged_ = true;
+  if (correlationPass_ && settled == status) {
+    sums.model = HoldInside(sums.model, sums.modelMax, run_.settings.EXTRSC);
+  }
+  return settled;
+}
+
+void StartValues::MovePerson(int person, StatusByte status, const PersonSums& sums) {
+  if (IsAnchored(status)) {
+    run_.PersonAnchored = true;
+    return;
+  }
+  const double mean = sums.d / sums.count;
+  const double measure =
+      mean + Expand(sums.count, sums.d, sums.dd) * FlooredLogOdds(sums.raw, sums.rawMax - sums.raw);
+  float& b = run_.arrays.PersonMeasure[person];
+  KeepLargest(static_cast<float>(measure - b), status);
+  b = static_cast<float>(measure);
+}
+
+void StartValues::KeepLargest(float change, StatusByte status) {
+  if (status == Status::Active && std::fabs(change) > std::fabs(largestChange_)) {
+    largestChange_ = change;
+  }
+}
+
+void StartValues::PassOverItems() {
+  for (int i = run_.settings.NI; i >= 1; --i) {
+    if (IsMeasured(run_.arrays.ItemStatus[i])) MeasureItem(i);
+  }
+}
+
+void StartValues::MeasureItem(int item) {
+  StatusByte& status = run_.arrays.ItemStatus[item];
+  const StatusByte settled = SettleItem(item, status);
+  if (settled != status) structureChanged_ = true;
+  status = settled;
+  const ItemSums& sums = items_[static_cast<std::size_t>(item)];
+  RunArrays& arrays = run_.arrays;
+  arrays.ItemScore[item] = static_cast<float>(sums.score);
+  arrays.ItemCount[item] = static_cast<float>(sums.count);
+  arrays.ItemRawMax[item] = static_cast<float>(sums.rawMax);
+  arrays.ItemModelScore[item] = static_cast<float>(sums.model);
+  arrays.ItemModelMax[item] = static_cast<float>(sums.modelMax);
+  if (IsMeasured(status)) MoveItem(item, status);
+}
+
+StatusByte StartValues::SettleItem(int item, StatusByte status) {
+  ItemSums& sums = items_[static_cast<std::size_t>(item)];
+  if (sums.rawMax == 0) return LostStatus(status);
+  if (status == Status::Active) {
+    // The easiest item has the highest score: it stands at the minimum measure.
+    if (sums.score > 0 && sums.score == sums.rawMax) return ExtremeStatus(false);
+    if (sums.score <= 0) return ExtremeStatus(true);
+  }
+  if (correlationPass_ && biserial_.InUse()) {
+    biserial_.FinishItem(item, run_.arrays.ItemCorrelation[item]);
+  }
+  if (counting_) return status;
+  if (sums.modelMax == 0) return LostStatus(status);
+  sums.model = HoldInside(sums.model, sums.modelMax, run_.settings.EXTRSC);
+  return status;
+}
+
+void StartValues::MoveItem(int item, StatusByte status) {
+  const ItemSums& sums = items_[static_cast<std::size_t>(item)];
+  const double n = std::max(sums.count, kTiny);
+  const double mean = sums.b / n;
+  const double measure =
+      mean + Expand(n, sums.b, sums.bb) * FlooredLogOdds(sums.rawMax - sums.score, sums.score);
+  float& d = run_.arrays.ItemMeasure[item];
+  const double change = d - measure;
+  if (IsAnchored(status)) {
+    run_.ItemAnchored = true;
+    anchorShift_ -= change * ItemWeightOf(run_, item);
+    anchorWeight_ += ItemWeightOf(run_, item);
+    return;
+  }
+  KeepLargest(static_cast<float>(change), status);
+  d = static_cast<float>(measure);
+}
+
+void StartValues::CentreMeasures() {
+  RunArrays& arrays = run_.arrays;
+  if (CentresOnItems(run_)) {
+    anchorShift_ = anchorWeight_ = 0;
+    for (int i = 1; i <= run_.settings.NI; ++i) {
+      if (arrays.ItemStatus[i] != Status::Active) continue;
+      anchorShift_ += arrays.ItemMeasure[i] * ItemWeightOf(run_, i);
+      anchorWeight_ += ItemWeightOf(run_, i);
+    }
+  }
+  if (anchorWeight_ != 0) {
+    const double shift = anchorShift_ / anchorWeight_;
+    for (int i = 1; i <= run_.settings.NI; ++i) {
+      if (!IsFree(arrays.ItemStatus[i])) continue;
+      arrays.ItemMeasure[i] = static_cast<float>(arrays.ItemMeasure[i] - shift);
+    }
+  }
+  if (!CentresOnPersons(run_)) return;
+  double sum = 0, weight = 0;
+  for (int n = 1; n <= run_.NPERS; ++n) {
+    if (WithoutCompleteFlag(arrays.PersonStatus[n]) != Status::Active) continue;
+    sum += arrays.PersonMeasure[n] * PersonWeightOf(run_, n);
+    weight += PersonWeightOf(run_, n);
+  }
+  const double mean = weight == 0 ? 0 : sum / weight;
+  for (int n = 1; n <= run_.NPERS; ++n) {
+    if (!IsFree(WithoutCompleteFlag(arrays.PersonStatus[n]))) continue;
+    arrays.PersonMeasure[n] = static_cast<float>(arrays.PersonMeasure[n] - mean);
+  }
+}
+
+bool StartValues::MustContinue(const ProxRecord& record, const ProxRecord& last) const {
+  if (counting_) return true;
+  if (run_.StopRequest == 1) return false;
+  const int limit = run_.settings.MPROX;
+  if (limit == 0) return true;
+  return iteration_ < limit && (record.personRange - last.personRange > kRangeGrowth ||
+                                record.itemRange - last.itemRange > kRangeGrowth);
+}
+
+void StartValues::AdvancePhase() {
+  correlationPass_ = !structureChanged_ && counting_;
+  if (correlationPass_) counting_ = false;
+}
+
+void StartValues::LeaveTotals() {
+  for (int i = 1; i <= run_.settings.NI; ++i) {
+    const auto item = static_cast<std::size_t>(i);
+    run_.arrays.ItemTotalScore[i] = static_cast<float>(itemTotalScore_[item]);
+    run_.arrays.ItemTotalCount[i] = static_cast<float>(itemTotalCount_[item]);
+  }
+}
+
+void EstimateStartValues(Run& run, EstimationListener& listener) {
+  run.ActivePersons = run.NPERS;
+  run.ActiveItems = run.settings.NI;
+  run.ActiveCategories = run.NCATS;
+  StartValues phase(run, listener);
+  phase.Open();
+  ProxRecord last;
+  for (;;) {
+    const ProxRecord record = phase.RunPass();
+    if (run.ActivePersons == 0 || run.ActiveItems == 0) {
+      FailRun(run, "No Non-Extreme Persons or Items, see RFILE=");
+    }
+    const bool more = phase.MustContinue(record, last);
+    last = record;
+    phase.AdvancePhase();
+    if (!more) break;
+  }
+  phase.LeaveTotals();
+}
+
+}  // namespace vardento

@@ -1,0 +1,180 @@
+#include "measure/step_update.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "measure/category_model.h"
+
+namespace vardento {
+
+namespace {
+
+// One group's steps while they are updated.
+class StepUpdate {
+ public:
+  StepUpdate(Run& run, int group, const std::vector<double>& expected,
+             const std::vector<double>& target, StepChange& result)
+      : arrays_(run.arrays),
+        group_(group),
+        start_(run.arrays.GroupStart[group]),
+        top_(run.arrays.GroupTop[group]),
+        letter_(run.arrays.GroupModel[group]),
+        expected_(expected),
+        target_(target),
+        result_(result),
+        correction_(static_cast<std::size_t>(top_) + 1, 0.0),
+        previous_(static_cast<std::size_t>(top_) + 1, 0.0F),
+        p_(static_cast<std::size_t>(top_) + 1, 0.0) {}
+
+  void Update() {
+    const double divisor = FindCorrections();
+    MoveSteps(divisor);
+    double shift = 0;
+    if (MayPivot() && FindPivotShift(shift)) {
+      Pivot(shift);
+    } else {
+      arrays_.GroupPivotFlag[group_] = 'N';
+      Centre();
+    }
+  }
+
+ private:
+  int StatusAt(int k) const { return arrays_.StepStatus[start_ + k]; }
+  float& StepAt(int k) { return arrays_.StepCalibration[start_ + k]; }
+  double Target(int k) const { return target_[static_cast<std::size_t>(start_ + k)]; }
+  double Expected(int k) const { return expected_[static_cast<std::size_t>(start_ + k)]; }
+
+  // Observations that passed step k; those in category k or, in succession, in k or above.
+  double Observed(int k) const {
+    double sum = Target(k);
+    if (letter_ == 'S' && k > 0) {
+      for (int j = k + 1; j <= top_; ++j) sum += Target(j);
+    }
+    return sum;
+  }
+
+  // The correction of every step: the log-odds of expected against observed passes. Returns the
+  // divisor that keeps the largest upward correction at 1 logit.
+  double FindCorrections() {
+    double observedBelow = 0, expectedBelow = 0;
+    double largest = 1;
+    for (int k = 0; k <= top_; ++k) {
+      if (StatusAt(k) <= 0) continue;
+      const double observed = Observed(k);
+      if (k > 0) {
+        if (letter_ != 'R') expectedBelow = observed + observedBelow - Expected(k);
+        const double g =
+            SafeLogOdds(Expected(k), expectedBelow) - SafeLogOdds(observed, observedBelow);
+        correction_[static_cast<std::size_t>(k)] = g;
+        largest = std::max(largest, g);
+      }
+      if (letter_ == 'F') {
+        observedBelow += Target(k);
+      } else {
+        observedBelow = Target(k);
+        expectedBelow = Expected(k);
+      }
+    }
+    return largest;
+  }
+
+  void MoveSteps(double divisor) {
+    for (int k = 1; k <= top_; ++k) anchored_ = anchored_ || StatusAt(k) == 2;
+    for (int k = 0; k <= top_; ++k) {
+      if (StatusAt(k) <= 0) continue;
+      previous_[static_cast<std::size_t>(k)] = StepAt(k);
+      const double residual = Observed(k) - Expected(k);
+      if (StatusAt(k) == 1 && std::fabs(residual) > std::fabs(result_.residual)) {
+        result_.residual = static_cast<float>(residual);
+        result_.code = arrays_.CategoryToCode[start_ + k];
+      }
+      if (k > 0) MoveStep(k, correction_[static_cast<std::size_t>(k)] / divisor);
+    }
+  }
+
+  void MoveStep(int k, double move) {
+    if (StatusAt(k) == 1) {
+      StepAt(k) = static_cast<float>(StepAt(k) + move);
+      if (anchored_) return;
+      stepCount_ += 1;
+      stepSum_ += StepAt(k);
+    } else if (StatusAt(k) == 2) {
+      stepCount_ += 1;
+      stepSum_ += move;
+    }
+  }
+
+  bool MayPivot() const {
+    return arrays_.GroupPivotFlag[group_] == 'Y' && !anchored_ && letter_ == 'R';
+  }
+
+  // The shift that puts the expected score at the pivot; false when the pivot is outside the scale.
+  bool FindPivotShift(double& shift) {
+    const double wanted =
+        static_cast<double>(arrays_.GroupPivot[group_]) - arrays_.CategoryToCode[start_];
+    if (wanted <= 0 || wanted >= top_) return false;
+    const GroupModelTables tables = TablesOfGroup(arrays_, group_);
+    shift = 0;
+    double step = 0;
+    int passes = 0;
+    do {
+      const Evaluation here = Evaluate(shift, tables, 0, p_.data());
+      step = (wanted - here.expected) / std::max(here.variance, static_cast<double>(top_));
+      shift += step;
+      ++passes;
+    } while (std::fabs(step) > 0.001 && passes < 10 && std::fabs(shift) < 1);
+    while (std::fabs(shift) > 1) shift *= 0.9;
+    return true;
+  }
+
+  void Pivot(double shift) {
+    double carry = 0;
+    for (int k = 1; k <= top_; ++k) {
+      if (StatusAt(k) == 0) carry += shift;
+      if (StatusAt(k) != 1) continue;
+      StepAt(k) = static_cast<float>(StepAt(k) - shift - carry);
+      carry = 0;
+      KeepChange(k);
+    }
+  }
+
+  void Centre() {
+    const double mean = stepSum_ / std::max(stepCount_, 1);
+    for (int k = 1; k <= top_; ++k) {
+      if (StatusAt(k) != 1) continue;
+      StepAt(k) = static_cast<float>(StepAt(k) - mean);
+      KeepChange(k);
+    }
+  }
+
+  void KeepChange(int k) {
+    const float change = StepAt(k) - previous_[static_cast<std::size_t>(k)];
+    if (std::fabs(change) >= std::fabs(result_.change)) result_.change = change;
+  }
+
+  RunArrays& arrays_;
+  int group_, start_, top_;
+  char letter_;
+  const std::vector<double>& expected_;
+  const std::vector<double>& target_;
+  StepChange& result_;
+  std::vector<double> correction_;
+  std::vector<float> previous_;
+  std::vector<double> p_;
+  bool anchored_ = false;
+  int stepCount_ = 0;
+  double stepSum_ = 0;
+};
+
+}  // namespace
+
+StepChange UpdateSteps(Run& run, const std::vector<double>& expected,
+                       const std::vector<double>& target) {
+  StepChange result;
+  for (int g = 1; g <= run.NGROUPS; ++g) {
+    if (run.arrays.GroupTop[g] > 0) StepUpdate(run, g, expected, target, result).Update();
+  }
+  return result;
+}
+
+}  // namespace vardento
