@@ -40,7 +40,8 @@ struct ControlSettings {
   std::string groupsText, modelsText, rescoreText, ireferText;
   char MODEL_LETTER = 'R';  // ' ' when MODELS= is per-item
 
-  // Keys: index n - 1 holds key n; score -1 for a key that was not given.
+  // Keys: index n - 1 holds key n, at most NI x XWIDE characters, shorter when blanks end it; score
+  // -1 for a key that was not given.
   int NKEY = 0;
   std::vector<std::string> keyStrings;
   std::vector<int> keyScores;
@@ -94,6 +95,7 @@ struct ControlSettings {
   char UMEAN_IS_ITEM = 'Y';
   char UANCHOR = 'Y';
   int UDECIM = 2;
+  std::string numberFormat = "(F8.2)";  // of measures in messages, follows UDECIM=
   float HIADJ = 0.25F, LOWADJ = 0.25F;
 
   // Report.

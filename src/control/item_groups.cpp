@@ -1,0 +1,112 @@
+// Items in groups that share a rating scale, and the model of each group.
+#include <algorithm>
+#include <vector>
+
+#include "control/item_specifications.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
+namespace vardento {
+namespace {
+
+constexpr std::string_view kModels = "RSF";
+
+bool IsAlone(char c) { return c == ' ' || c == '0'; }
+
+// The letters that name groups, each once, ascending by character value.
+std::string SortedLetters(std::string_view text) {
+  std::string letters;
+  for (char c : text) {
+    if (!IsAlone(c) && letters.find(c) == std::string::npos) letters += c;
+  }
+  std::sort(letters.begin(), letters.end(), [](char a, char b) {
+    return static_cast<unsigned char>(a) < static_cast<unsigned char>(b);
+  });
+  return letters;
+}
+
+void GroupByLetters(Run& run, Array1<std::int32_t> itemGroup) {
+  std::string& text = run.settings.groupsText;
+  text.resize(static_cast<std::size_t>(run.settings.NI), ' ');
+  const std::string letters = SortedLetters(text);
+  run.NGROUPS = static_cast<int>(letters.size());
+  for (int item = 1; item <= run.settings.NI; ++item) {
+    char& letter = text[static_cast<std::size_t>(item) - 1];
+    if (IsAlone(letter)) {
+      letter = '0';
+      itemGroup[item] = ++run.NGROUPS;
+    } else {
+      itemGroup[item] = static_cast<std::int32_t>(letters.find(letter)) + 1;
+    }
+  }
+}
+
+[[noreturn]] void FailModel(Run& run, char letter) {
+  FailRun(run, " INVALID MODEL OF " + std::string(1, letter) + " IN MODELS");
+}
+
+void CheckModel(Run& run, char letter) {
+  if (kModels.find(letter) == std::string_view::npos) FailModel(run, letter);
+}
+
+// `representative` holds, for each group, the item that gave it its letter.
+void AssignItemModel(Run& run, int item, char letter, std::vector<int>& representative) {
+  CheckModel(run, letter);
+  const int group = run.arrays.ItemGroup[item];
+  char& model = run.arrays.GroupModel[group];
+  int& first = representative[static_cast<std::size_t>(group) - 1];
+  if (model != ' ' && model != letter) {
+    FailRun(run, " TWO MODEL TYPES DEFINED IN SAME GROUP: \"" + std::string(1, model) +
+                     "\" AT ITEM " + IntegerText(first) + " AND \"" + std::string(1, letter) +
+                     "\" AT ITEM " + IntegerText(item));
+  }
+  model = letter;
+  first = item;
+}
+
+}  // namespace
+
+void AssignGroups(Run& run, Array1<std::int32_t> itemGroup) {
+  ControlSettings& settings = run.settings;
+  const auto items = static_cast<std::size_t>(settings.NI);
+  if (settings.GROUPS == PerItem::None) {
+    std::fill(itemGroup.begin(), itemGroup.end(), 1);
+    settings.groupsText.assign(items, '1');
+    run.NGROUPS = 1;
+  } else if (settings.GROUPS == PerItem::Single) {
+    for (int item = 1; item <= settings.NI; ++item) itemGroup[item] = item;
+    settings.groupsText.assign(items, '0');
+    run.NGROUPS = settings.NI;
+  } else {
+    GroupByLetters(run, itemGroup);
+  }
+}
+
+void AssignModels(Run& run) {
+  const ControlSettings& settings = run.settings;
+  Array1<char> models = run.arrays.GroupModel;
+  const bool perItem = settings.MODELS == PerItem::Text;
+  std::fill(models.begin(), models.end(), perItem ? ' ' : settings.MODEL_LETTER);
+  if (perItem) {
+    std::vector<int> representative(static_cast<std::size_t>(run.NGROUPS), 0);
+    const int given = std::min(settings.NI, static_cast<int>(settings.modelsText.size()));
+    for (int item = 1; item <= given; ++item) {
+      const char letter = settings.modelsText[static_cast<std::size_t>(item) - 1];
+      if (letter != ' ') AssignItemModel(run, item, letter, representative);
+    }
+  }
+  std::replace(models.begin(), models.end(), ' ', 'R');
+}
+
+void DefaultModels(Run& run) {
+  ControlSettings& settings = run.settings;
+  if (settings.MODELS == PerItem::Text) {
+    if (settings.GROUPS == PerItem::None) settings.GROUPS = PerItem::Single;
+    return;
+  }
+  if (settings.MODEL_LETTER == ' ') settings.MODEL_LETTER = 'R';
+  settings.MODEL_LETTER = UpperCase(settings.MODEL_LETTER);
+  CheckModel(run, settings.MODEL_LETTER);
+}
+
+}  // namespace vardento
