@@ -1,5 +1,5 @@
-// The output files that are not built yet: named calls in the order in which a run writes them,
-// which do nothing. Each moves to a file of its own when it is built.
+// Output files that later pieces of work build, each named here in the place from which the run
+// calls it. Until then a request for one leaves no file.
 #pragma once
 
 #include "run/run.h"
@@ -16,6 +16,6 @@ inline void WritePersonCorrelationFile(Run&) {}  // PCORFILE=
 inline void WriteGuttmanFile(Run&) {}            // GUFILE=
 inline void WriteSimulatedFile(Run&) {}          // SIFILE=
 inline void WriteObservationFile(Run&) {}        // XFILE=
-inline void WriteScoredResponseFile(Run&) {}     // RFILE=
+inline void WriteResponseFile(Run&) {}           // RFILE=
 
 }  // namespace vardento
