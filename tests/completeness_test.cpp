@@ -1,0 +1,74 @@
+// What the program offers and what is written and tested about it must not drift apart.
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <sstream>
+
+#include "control/keyword_table.h"
+#include "support/temp_directory.h"
+
+namespace vardento::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The first two cells of each row of docs/CONTROL_VARIABLES.md: variable and its short forms.
+std::map<std::string, std::set<std::string>> DocumentedVariables() {
+  std::map<std::string, std::set<std::string>> variables;
+  std::istringstream page(
+      TempDirectory::ReadFile(std::string(VARDENTO_SOURCE_DIR) + "/docs/CONTROL_VARIABLES.md"));
+  for (std::string line; std::getline(page, line);) {
+    std::istringstream cells(line);
+    std::string empty, name, prefixes;
+    if (!std::getline(cells, empty, '|') || !std::getline(cells, name, '|') ||
+        !std::getline(cells, prefixes, '|')) {
+      continue;
+    }
+    std::istringstream words(prefixes);
+    std::set<std::string>& forms = variables[name.substr(1, name.find_first_of("= ", 1) - 1)];
+    for (std::string word; std::getline(words >> std::ws, word, ',');) {
+      forms.insert(word.substr(0, word.find(' ')));
+    }
+  }
+  return variables;
+}
+
+TEST(Completeness, EveryControlVariableStandsInTheManual) {
+  const auto documented = DocumentedVariables();
+  for (const KeywordRow& row : KeywordTable()) {
+    if (row.kind == KeywordKind::Ignored || row.stage == KeywordStage::PerItem) continue;
+    const auto entry = documented.find(std::string(row.name));
+    if (entry == documented.end()) {
+      ADD_FAILURE() << row.name << "= has no line in docs/CONTROL_VARIABLES.md";
+      continue;
+    }
+    std::istringstream prefixes{std::string(row.prefixes)};
+    for (std::string prefix; prefixes >> prefix;) {
+      EXPECT_TRUE(entry->second.contains(prefix)) << row.name << "= as " << prefix;
+    }
+  }
+}
+
+// Every Table that prints and every file that is written has a whole run that shows its layout.
+TEST(Completeness, EveryTableAndFileHasAWholeRun) {
+  std::string expected, names;
+  for (const auto& entry :
+       fs::recursive_directory_iterator(fs::path(VARDENTO_SOURCE_DIR) / "tests/runs")) {
+    if (entry.path().parent_path().filename() != "expected") continue;
+    expected += TempDirectory::ReadFile(entry.path());
+    names += entry.path().filename().string() + "\n";
+  }
+  for (const char* table : {"0.1", "0.2", "0.3", "3.1", "6.1", "10.1", "13.1", "14.1", "15.1",
+                            "17.1", "18.1", "19.1", "25.1", "26.1"}) {
+    EXPECT_NE(expected.find(std::string("TABLE ") + table + " "), std::string::npos) << table;
+  }
+  for (const char* form : {".txt", ".csv", ".tab"}) {
+    EXPECT_NE(names.find(std::string("persons") + form), std::string::npos) << form;
+    EXPECT_NE(names.find(std::string("items") + form), std::string::npos) << form;
+  }
+}
+
+}  // namespace
+}  // namespace vardento::test

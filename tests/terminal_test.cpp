@@ -1,0 +1,152 @@
+// The program at a terminal: prompts and answers, stopping the iteration, and the ways out of the
+// idle state.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/pty_session.h"
+
+namespace vardento::test {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr char kControl[] =
+    "TITLE=Terminal\nDATA=data.txt\nNI=4\nITEM1=6\nNAMLEN=4\nINUMB=Y\nPFILE=p.txt\n"
+    "TABLES=001001\n";
+constexpr char kData[] =
+    "Ann  1100\nBob  1010\nCid  0111\nDan  1000\nEve  0101\nFay  1011\nGus  0010\n";
+constexpr char kDone[] = "Measures constructed: use \"Diagnosis\" and \"Output Tables\" menus";
+
+class Terminal : public testing::Test {
+ protected:
+  void Prepare(const std::string& lines = "") {
+    directory.Write("control.txt", kControl + lines + "&END\n");
+    directory.Write("data.txt", kData);
+  }
+  // The files in the work directory below TMPDIR.
+  std::vector<std::string> WorkFiles() const {
+    std::vector<std::string> names;
+    for (const std::string& name : directory.Files()) {
+      if (name.starts_with("tmp/")) names.push_back(name);
+    }
+    return names;
+  }
+  TempDirectory directory;
+};
+
+TEST_F(Terminal, AsksForWhatTheCommandLineDoesNotSay) {
+  Prepare();
+  PtySession session(directory, {});
+  ASSERT_TRUE(session.WaitFor(" Control file name? (e.g., KCT.DAT). ")) << session.Screen();
+  ASSERT_TRUE(session.WaitFor("Press Enter for Dialog Box: "));
+  session.Type("nowhere.txt\n");
+  ASSERT_TRUE(session.WaitFor("Input File Not Found. Please specify full path."));
+  ASSERT_TRUE(session.WaitFor("Press Enter for Dialog Box: "));
+  session.Type("control.txt\n");
+  ASSERT_TRUE(session.WaitFor("press Enter for temporary file): ")) << session.Screen();
+  session.Type("control.txt\n");
+  ASSERT_TRUE(session.WaitFor("PROBLEM: REPORT FILE HAS SAME NAME AS CONTROL FILE"));
+  ASSERT_TRUE(session.WaitFor("press Enter for temporary file): "));
+  session.Type("report.txt\n");
+  ASSERT_TRUE(session.WaitFor(" Extra specifications (or press Enter): "));
+  session.Type("UMEAN=500 USCALE=100\n");
+  for (const char* text :
+       {" Temporary Workfile Directory: ", " Reading Control Variables ..", " Input in process ..",
+        "CONVERGENCE TABLE", " Output written to ", kDone}) {
+    ASSERT_TRUE(session.WaitFor(text)) << text << "\n" << session.Screen();
+  }
+  session.Type("exit\n");
+  EXPECT_EQ(session.WaitForEnd(), 0);
+  EXPECT_EQ(WorkFiles(), std::vector<std::string>{});
+  const std::string report = directory.Read("report.txt");
+  EXPECT_THAT(report, HasSubstr("TABLE 3.1 Terminal"));
+  EXPECT_THAT(report, HasSubstr("UMEAN=500.000 USCALE=100.000"));
+  EXPECT_THAT(report, HasSubstr("UMEAN=500\nUSCALE=100\n")) << "the copy of the control lines";
+}
+
+TEST_F(Terminal, ATemporaryReportIsTheOneFileThatStays) {
+  Prepare();
+  PtySession session(directory, {"control.txt"});
+  ASSERT_TRUE(session.WaitFor("press Enter for temporary file): ")) << session.Screen();
+  session.Type("\n");
+  ASSERT_TRUE(session.WaitFor(" Extra specifications (or press Enter): "));
+  session.Type("\n");
+  ASSERT_TRUE(session.WaitFor(kDone)) << session.Screen();
+  session.Type("exit\n");
+  EXPECT_EQ(session.WaitForEnd(), 0);
+  ASSERT_EQ(WorkFiles().size(), 1U);
+  EXPECT_THAT(WorkFiles()[0], HasSubstr("/ZOU"));
+  EXPECT_THAT(directory.Read(WorkFiles()[0]), HasSubstr("TABLE 6.1 Terminal"));
+}
+
+// Ways out of the idle state behind a run.
+TEST_F(Terminal, EndsByExitEndOfInputOrHangUp) {
+  Prepare();
+  for (const std::string way : {"exit", "end of input", "hang-up"}) {
+    SCOPED_TRACE(way);
+    PtySession session(directory, {"control.txt", "report.txt"});
+    ASSERT_TRUE(session.WaitFor(kDone)) << session.Screen();
+    session.Type("a line that means nothing\n");
+    if (way == "exit") session.Type("exit\n");
+    if (way == "end of input") session.PressControlD();
+    if (way == "hang-up") session.HangUp();
+    const int status = session.WaitForEnd();
+    if (way != "hang-up") {
+      EXPECT_EQ(status, 0);
+    }
+    EXPECT_NE(status, -2) << "still running";
+    EXPECT_EQ(WorkFiles(), std::vector<std::string>{});
+    EXPECT_THAT(directory.Read("report.txt"), HasSubstr("TABLE 6.1 Terminal"));
+  }
+}
+
+// Estimation without end: no iteration limit, criteria that can't be met.
+TEST_F(Terminal, ControlCOnceFinishesIteratingAndTheRunGoesOn) {
+  Prepare("LCONV=0\nRCONV=0\n");
+  PtySession session(directory, {"control.txt", "report.txt"});
+  ASSERT_TRUE(session.WaitFor("CONVERGENCE TABLE")) << session.Screen();
+  ASSERT_TRUE(session.WaitFor("UCON")) << session.Screen();
+  session.PressControlC();
+  ASSERT_TRUE(session.WaitFor("Calculating Fit Statistics")) << session.Screen();
+  ASSERT_TRUE(session.WaitFor(kDone)) << session.Screen();
+  session.Type("exit\n");
+  EXPECT_EQ(session.WaitForEnd(), 0);
+  EXPECT_THAT(directory.Read("report.txt"), HasSubstr("TABLE 6.1 Terminal"));
+  EXPECT_THAT(directory.Read("p.txt"), HasSubstr("Gus"));
+}
+
+TEST_F(Terminal, ControlCTwiceEndsTheProcess) {
+  // A group of people large enough that an iteration takes a while, so that both come in one.
+  std::string data;
+  for (int n = 0; n < 60000; ++n) {
+    data += "P     ";
+    for (int i = 0; i < 100; ++i) data += (n * 7 + i * i * 13) % 11 < 5 ? '1' : '0';
+    data += '\n';
+  }
+  directory.Write("control.txt",
+                  "NI=100\nITEM1=7\nINUMB=Y\nDATA=data.txt\nLCONV=0\nRCONV=0\n&END\n");
+  directory.Write("data.txt", data);
+  PtySession session(directory, {"control.txt", "report.txt"});
+  ASSERT_TRUE(session.WaitFor("UCON")) << session.Screen();
+  EXPECT_NE(WorkFiles(), std::vector<std::string>{});
+  session.PressControlC();
+  // Two signals at the same moment would be one.
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  session.PressControlC();
+  EXPECT_NE(session.WaitForEnd(), 0);
+  EXPECT_EQ(WorkFiles(), std::vector<std::string>{});
+}
+
+TEST_F(Terminal, AFailedRunSaysSoAndWaits) {
+  Prepare("CODES=0\n");
+  PtySession session(directory, {"control.txt", "report.txt"});
+  ASSERT_TRUE(session.WaitFor("IS TOO SHORT.  XWIDE=")) << session.Screen();
+  ASSERT_TRUE(session.WaitFor("Oops! Use \"Edit\" menu to make corrections, then restart"));
+  session.Type("exit\n");
+  EXPECT_EQ(session.WaitForEnd(), 1);
+  EXPECT_EQ(WorkFiles(), std::vector<std::string>{});
+}
+
+}  // namespace
+}  // namespace vardento::test

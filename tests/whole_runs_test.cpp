@@ -1,0 +1,82 @@
+// Whole runs of the program, each a directory of tests/runs: control.txt, its data, and under
+// expected/ the files that must come out, to the byte but for the run's date and time. A file
+// "words" holds further words of the command line.
+
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <sstream>
+
+#include "support/program.h"
+
+namespace vardento::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kRuns = fs::path(VARDENTO_SOURCE_DIR) / "tests/runs";
+// Long enough that the 40 characters of the report's name that page headings show are the same on
+// every machine.
+constexpr char kDirectory[] = "the-directory-in-which-this-test-is-run";
+
+std::vector<std::string> NamesOfRuns() {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(kRuns)) {
+    if (entry.is_directory()) names.push_back(entry.path().filename().string());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::string MaskStamp(const std::string& text) {
+  static const std::regex stamp("[A-Z][a-z]{2} [ 0-9][0-9] [ 0-9][0-9]:[0-9]{2} 20[0-9]{2}");
+  return std::regex_replace(text, stamp, "Mon DD HH:MM YYYY");
+}
+
+std::string UnifiedDiff(const TempDirectory& directory, const std::string& expected,
+                        const std::string& actual) {
+  const std::string command = "diff -u " + directory.Write("expected", expected) + " " +
+                              directory.Write("actual", actual) + " > " +
+                              directory.NameOf("difference");
+  if (std::system(command.c_str()) < 0) return "diff can't be run";
+  return directory.Read("difference");
+}
+
+class WholeRuns : public testing::TestWithParam<std::string> {};
+
+TEST_P(WholeRuns, GiveTheFilesExpected) {
+  const fs::path source = kRuns / GetParam();
+  const TempDirectory directory;
+  const TempDirectory scratch;
+  const fs::path place = fs::path(directory.Path()) / kDirectory;
+  fs::copy(source, place, fs::copy_options::recursive);
+  fs::remove_all(place / "expected");
+
+  std::vector<std::string> words{std::string(kDirectory) + "/control.txt",
+                                 std::string(kDirectory) + "/report.txt", "BATCH=Y"};
+  std::istringstream more(TempDirectory::ReadFile(source / "words"));
+  for (std::string word; more >> word;) words.push_back(word);
+  const ProgramResult result = Launch(directory, words, scratch.Path());
+
+  EXPECT_EQ(result.status, 0) << result.errors;
+  EXPECT_EQ(result.output, "");
+  int compared = 0;
+  for (const auto& entry : fs::directory_iterator(source / "expected")) {
+    const std::string name = entry.path().filename().string();
+    const std::string expected = TempDirectory::ReadFile(entry.path());
+    const std::string actual = MaskStamp(TempDirectory::ReadFile(place / name));
+    EXPECT_TRUE(expected == actual) << name << ":\n" << UnifiedDiff(scratch, expected, actual);
+    ++compared;
+  }
+  EXPECT_GT(compared, 0) << "nothing is expected of this run";
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, WholeRuns, testing::ValuesIn(NamesOfRuns()),
+                         [](const auto& parameter) {
+                           std::string name = parameter.param;
+                           std::replace(name.begin(), name.end(), '-', '_');
+                           return name;
+                         });
+
+}  // namespace
+}  // namespace vardento::test
