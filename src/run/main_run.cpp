@@ -1,7 +1,6 @@
 #include "run/main_run.h"
 
 #include "control/control_reader.h"
-#include "control/data_format.h"
 #include "control/entry_lists.h"
 #include "control/item_specifications.h"
 #include "data/data_reader.h"
@@ -36,7 +35,6 @@ void FollowBatchSetting(Run& run) {
 void ReadSettings(Run& run) {
   ReadControlVariables(run);
   FollowBatchSetting(run);
-  if (!run.settings.FORMAT.empty()) CheckFormat(run);
 }
 
 void ReadItemSettings(Run& run) {
