@@ -1,0 +1,202 @@
+// Category probabilities against their defining products, written out without guards or shifts.
+#include "measure/category_model.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "measure/estimation.h"
+
+namespace vardento {
+namespace {
+
+// A group whose steps are anchored nowhere: step[k], k = 1..T, and which categories were observed.
+struct Scale {
+  Scale(char letter, std::vector<float> steps, std::vector<std::int32_t> status = {})
+      : step(std::move(steps)), stepStatus(std::move(status)) {
+    step.insert(step.begin(), 0.0F);
+    if (stepStatus.empty()) stepStatus.assign(step.size(), 1);
+    tables.top = static_cast<int>(step.size()) - 1;
+    tables.letter = letter;
+    tables.step = step.data();
+    tables.status = stepStatus.data();
+  }
+  std::vector<float> step;
+  std::vector<std::int32_t> stepStatus;
+  GroupModelTables tables;
+};
+
+double Pass(double d, double step) { return 1.0 / (1.0 + std::exp(step - d)); }
+
+// p(k) of a rating scale by its definition; 0 for a kept, unobserved category.
+std::vector<double> RatingScaleByDefinition(const Scale& scale, double d) {
+  std::vector<double> p(scale.step.size());
+  double total = 0;
+  for (std::size_t k = 0; k < p.size(); ++k) {
+    double exponent = 0;
+    for (std::size_t j = 1; j <= k; ++j) {
+      exponent += scale.stepStatus[j] == 0 ? d : d - static_cast<double>(scale.step[j]);
+    }
+    p[k] = scale.stepStatus[k] == 0 ? 0 : std::exp(exponent);
+    total += p[k];
+  }
+  for (double& value : p) value /= total;
+  return p;
+}
+
+// "S": passing steps 1..k and failing the next.
+std::vector<double> SuccessionByDefinition(const Scale& scale, double d) {
+  const std::size_t top = scale.step.size() - 1;
+  std::vector<double> p(top + 1, 1.0);
+  for (std::size_t k = 0; k <= top; ++k) {
+    for (std::size_t j = 1; j <= k; ++j) p[k] *= Pass(d, scale.step[j]);
+    if (k < top) p[k] *= 1.0 - Pass(d, scale.step[k + 1]);
+  }
+  return p;
+}
+
+// "F": failing the steps above k, passing step k; category 0 passes none.
+std::vector<double> MirroredByDefinition(const Scale& scale, double d) {
+  const std::size_t top = scale.step.size() - 1;
+  std::vector<double> p(top + 1, 1.0);
+  for (std::size_t k = 0; k <= top; ++k) {
+    for (std::size_t j = k + 1; j <= top; ++j) p[k] *= 1.0 - Pass(d, scale.step[j]);
+    if (k > 0) p[k] *= Pass(d, scale.step[k]);
+  }
+  return p;
+}
+
+TEST(CategoryModel, ProbabilitiesFollowTheirDefinition) {
+  const Scale cases[] = {
+      Scale('R', {0.3F}),
+      Scale('S', {-0.7F}),  // two categories: every letter is the same
+      Scale('F', {-0.7F}),
+      Scale('R', {-1.2F, 0.1F, 0.9F}),
+      Scale('R', {-1.2F, 0.0F, 0.9F}, {1, 1, 0, 1}),  // category 2 kept though unobserved
+      Scale('S', {-1.0F, 0.4F, 0.2F}),
+      Scale('F', {-1.0F, 0.4F, 0.2F}),
+  };
+  for (const Scale& scale : cases) {
+    for (const double d : {-3.1, -0.4, 0.0, 0.8, 4.5}) {
+      SCOPED_TRACE(std::string(1, scale.tables.letter) + std::to_string(scale.tables.top) + " at " +
+                   std::to_string(d));
+      const bool plain = scale.tables.top == 1 || scale.tables.letter == 'R';
+      const std::vector<double> wanted = plain ? RatingScaleByDefinition(scale, d)
+                                         : scale.tables.letter == 'S'
+                                             ? SuccessionByDefinition(scale, d)
+                                             : MirroredByDefinition(scale, d);
+      std::vector<double> p(wanted.size());
+      const double expected = CategoryProbabilities(d, scale.tables, p.data());
+      double mean = 0;
+      for (std::size_t k = 0; k < p.size(); ++k) {
+        EXPECT_NEAR(p[k], wanted[k], 1e-12);
+        mean += static_cast<double>(k) * wanted[k];
+      }
+      EXPECT_NEAR(expected, mean, 1e-12);
+    }
+  }
+}
+
+TEST(CategoryModel, MomentsAreThoseOfTheDistribution) {
+  const Scale scale('R', {-1.2F, 0.1F, 0.9F});
+  std::vector<double> p(4);
+  const Evaluation here = Evaluate(0.6, scale.tables, 0, p.data());
+  double variance = 0, fourth = 0;
+  const std::vector<double> wanted = RatingScaleByDefinition(scale, 0.6);
+  for (std::size_t k = 0; k < 4; ++k) {
+    const double distance = static_cast<double>(k) - here.expected;
+    variance += distance * distance * wanted[k];
+    fourth += std::pow(distance, 4) * wanted[k];
+  }
+  EXPECT_NEAR(here.variance, variance, 1e-12);
+  EXPECT_NEAR(here.fourth, fourth, 1e-12);
+}
+
+TEST(CategoryModel, FarOffPersonsNeitherOverflowNorVanish) {
+  for (const char letter : {'R', 'S', 'F'}) {
+    const Scale scale(letter, {-2.0F, -1.0F, 1.0F, 2.0F});
+    std::vector<double> p(5);
+    EXPECT_NEAR(CategoryProbabilities(42, scale.tables, p.data()), 4, 1e-6) << letter;
+    EXPECT_NEAR(p[4], 1, 1e-6) << letter;
+    EXPECT_NEAR(CategoryProbabilities(-42, scale.tables, p.data()), 0, 1e-6) << letter;
+    EXPECT_NEAR(CategoryProbabilities(-1e6, scale.tables, p.data()), 0, 1e-6) << letter;
+    EXPECT_NEAR(CategoryProbabilities(1e6, scale.tables, p.data()), 4, 1e-6) << letter;
+  }
+}
+
+// Which steps an observation puts in play: the sum of their pass probabilities, nothing else.
+TEST(CategoryModel, StepsInPlayDependOnTheObservation) {
+  const std::vector<float> steps = {-0.5F, 0.3F, 1.1F};
+  const double d = 0.4;
+  const auto pass = [&](int k) { return Pass(d, steps[static_cast<std::size_t>(k - 1)]); };
+  struct Case {
+    char letter;
+    int x;
+    double expected;
+  };
+  const Case cases[] = {
+      {'S', 0, pass(1)},
+      {'S', 1, pass(1) + pass(2)},
+      {'S', 2, pass(1) + pass(2) + pass(3)},
+      {'S', 3, pass(1) + pass(2) + pass(3)},
+      {'F', 0, pass(1) + pass(2) + pass(3)},
+      {'F', 1, pass(1) + pass(2) + pass(3)},
+      {'F', 2, pass(2) + pass(3)},
+      {'F', 3, pass(3)},
+  };
+  for (const Case& c : cases) {
+    const Scale scale(c.letter, steps);
+    std::vector<double> p(4);
+    EXPECT_NEAR(StepProbabilities(d, scale.tables, c.x, p.data()), c.expected, 1e-12)
+        << c.letter << c.x;
+  }
+  // A step that does not exist is certain under "S" and impossible under "F".
+  std::vector<double> p(4);
+  const Scale kept('S', steps, {1, 1, 0, 1});
+  EXPECT_NEAR(StepProbabilities(d, kept.tables, 3, p.data()), pass(1) + 1 + pass(3), 1e-12);
+  const Scale mirrored('F', steps, {1, 1, 0, 1});
+  EXPECT_NEAR(StepProbabilities(d, mirrored.tables, 0, p.data()), pass(1) + pass(3), 1e-12);
+}
+
+TEST(CategoryModel, ScoreAndMaximumByLetter) {
+  struct Case {
+    int x, top;
+    char letter;
+    int score, maximum;
+  };
+  const Case cases[] = {{2, 4, 'R', 2, 4}, {0, 4, 'S', 0, 1}, {3, 4, 'S', 3, 4}, {4, 4, 'S', 4, 4},
+                        {0, 4, 'F', 0, 4}, {1, 4, 'F', 1, 4}, {2, 4, 'F', 1, 3}, {4, 4, 'F', 1, 1},
+                        {1, 1, 'S', 1, 1}, {0, 1, 'F', 0, 1}};
+  for (const Case& c : cases) {
+    const ScoreAndMaximum found = ModelScore(c.x, c.top, c.letter);
+    EXPECT_EQ(found.score, c.score) << c.letter << c.x;
+    EXPECT_EQ(found.maximum, c.maximum) << c.letter << c.x;
+  }
+}
+
+TEST(CategoryModel, LogOddsStayFinite) {
+  EXPECT_NEAR(SafeLogOdds(3, 1), std::log(3.0), 1e-7);
+  EXPECT_NEAR(SafeLogOdds(0, 5), -30, 1e-5);
+  EXPECT_NEAR(SafeLogOdds(1, 0), 30, 1e-5);
+  EXPECT_NEAR(SafeLogOdds(1, -2), 30, 1e-5);
+}
+
+TEST(Separation, SplitsVarianceIntoTrueAndError) {
+  // Measures of S.D. 1.3 with errors of mean 0.4, S.D. 0.3: error variance 0.25, true 1.44.
+  const SeparationValues values = Separation(0.3, 0.4, 1.3);
+  EXPECT_NEAR(values.RMSE, 0.5, 1e-12);
+  EXPECT_NEAR(values.AdjustedSD, 1.2, 1e-12);
+  EXPECT_NEAR(values.SeparationIndex, 2.4, 1e-12);
+  EXPECT_NEAR(values.Reliability, 1.44 / 1.69, 1e-12);
+  for (const double sd : {0.0, 0.3}) {  // no more spread than error
+    const SeparationValues none = Separation(0.3, 0.4, sd);
+    EXPECT_EQ(none.AdjustedSD, 0);
+    EXPECT_EQ(none.SeparationIndex, 0);
+    EXPECT_EQ(none.Reliability, 0);
+  }
+}
+
+}  // namespace
+}  // namespace vardento

@@ -1,0 +1,143 @@
+// The formulas of the fit pass, against hand calculation and two-pass statistics.
+#include "measure/fit_statistics.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+#include "measure/extreme_range.h"
+
+namespace vardento {
+namespace {
+
+TEST(FitStatistics, MeanSquareAndItsStandardisedForms) {
+  // sum 27 over df 8: mean-square 3.375, cube root 1.5; variance 576: q = 24 / 24 = 1.
+  const MeanSquare cubed = MeanSquareZ(27, 576, 8, 'N');
+  EXPECT_NEAR(cubed.value, 3.375, 1e-12);
+  EXPECT_NEAR(cubed.standardised, 0.5, 1e-6);
+  EXPECT_NEAR(MeanSquareZ(27, 576, 8, 'L').standardised, std::log(3.375), 1e-6);
+  EXPECT_TRUE(std::isfinite(MeanSquareZ(0, 0, 0, 'N').standardised));
+}
+
+TEST(FitStatistics, StandardisedValueCarriesTheMeanSquare) {
+  // Two decimals of z, then the mean-square in the digits behind them.
+  EXPECT_NEAR(ZCode(1.234, 0.95), 1.23095, 1e-6);
+  EXPECT_NEAR(ZCode(-1.234, 0.95), -1.22905, 1e-6);
+  EXPECT_NEAR(ZCode(12, 9.9), 9.9099, 1e-5);
+  EXPECT_NEAR(ZCode(-12, 1), -9.899, 1e-5);
+}
+
+TEST(FitStatistics, FitOfAnEntryUnderEachSetting) {
+  FitSums sums;
+  sums.count = 8;
+  sums.variance = 2;
+  sums.squaredStandardised = 27;
+  sums.outfitVariance = 584;  // less the count: 576
+  sums.squaredResidual = 54;  // mean-square 27: over the cap
+  sums.infitVariance = 36;    // q = 6 / 6 = 1, cube root 3: standardised 2
+  ControlSettings settings;
+  const FitValues plain = FindFit(sums, settings);
+  EXPECT_NEAR(plain.outfit, 3.375, 1e-6);
+  EXPECT_NEAR(plain.outfitZ, 0.503375, 1e-6);
+  EXPECT_NEAR(plain.infit, 9.9, 1e-6);
+  EXPECT_NEAR(plain.infitZ, 2.0099, 1e-6);
+  settings.LOCAL = 'Y';  // no code in the lower digits
+  EXPECT_NEAR(FindFit(sums, settings).infitZ, 2, 1e-6);
+  settings.LOCAL = 'N';
+  settings.NORMAL = 'Y';  // (27 - 8) / 24 and (54 - 2) / 6
+  EXPECT_NEAR(FindFit(sums, settings).outfitZ, 0.79 + 0.003375, 1e-6);
+  EXPECT_NEAR(FindFit(sums, settings).infitZ, 8.67 + 0.0099, 1e-6);
+}
+
+TEST(FitStatistics, DisplacementLeadsTowardTheScore) {
+  // Expected 2 of 4 here, 1 of 4 a logit below: log-odds 0 and -ln 3. A score of 3 (log-odds ln 3)
+  // is one logit up for a person and one down for an item.
+  FitSums sums;
+  sums.maximum = 4;
+  sums.expected = 2;
+  sums.expectedOffset = 1;
+  sums.score = 3;
+  EXPECT_NEAR(FindPersonDisplacement(sums, 0.3), 1, 1e-6);
+  EXPECT_NEAR(FindItemDisplacement(sums, 0.3), -1, 1e-6);
+  sums.score = 4;  // held at 3.7
+  EXPECT_NEAR(FindPersonDisplacement(sums, 0.3), std::log(3.7 / 0.3) / std::log(3.0), 1e-6);
+  sums.score = 0;
+  EXPECT_NEAR(HeldScore(sums, 0.3), 0.3, 1e-12);
+}
+
+// Running forms against sums over the whole set.
+TEST(FitStatistics, RunningStatisticsEqualTwoPasses) {
+  const std::vector<double> x = {0.3, -1.2, 2.5, 0.9, -0.4, 1.1};
+  const std::vector<double> y = {1, 0, 3, 1, 2, 0};
+  CorrelationRecord record;
+  RunningSpread spread;
+  double mx = 0, my = 0, sxx = 0, syy = 0, sxy = 0;
+  const double n = static_cast<double>(x.size());
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    record.Add(x[i], y[i], 1);
+    spread.Add(x[i], 1);
+    mx += x[i] / n;
+    my += y[i] / n;
+  }
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    sxx += (x[i] - mx) * (x[i] - mx);
+    syy += (y[i] - my) * (y[i] - my);
+    sxy += (x[i] - mx) * (y[i] - my);
+  }
+  EXPECT_NEAR(record.Correlation(), sxy / std::sqrt(sxx * syy), 1e-12);
+  EXPECT_NEAR(spread.Mean(), mx, 1e-12);
+  EXPECT_NEAR(spread.SD(), std::sqrt(sxx / n), 1e-12);
+  RunningSpread fractions;  // weights that never fill the counter
+  for (const double value : x) fractions.Add(value, 0.3);
+  EXPECT_TRUE(std::isfinite(fractions.SD()));
+  EXPECT_EQ(CorrelationRecord().Correlation(), 0);
+}
+
+TEST(FitStatistics, WorstListHoldsEachEntryOnceLargestFirst) {
+  std::vector<WorstEntry> list;
+  EnterWorst(list, 3, 2.5F);
+  EnterWorst(list, 1, 4.0F);
+  EnterWorst(list, 3, 2.1F);  // already higher
+  EnterWorst(list, 3, 6.0F);  // rises
+  ASSERT_EQ(list.size(), 2U);
+  EXPECT_EQ(list[0].number, 3);
+  EXPECT_EQ(list[1].number, 1);
+  for (int i = 10; i < 100; ++i) EnterWorst(list, i, 3.0F + static_cast<float>(i) / 100);
+  EXPECT_EQ(list.size(), kWorstListLength);
+  EXPECT_EQ(list[0].number, 3);
+  EXPECT_EQ(list[2].number, 99);
+  for (std::size_t i = 1; i < list.size(); ++i) EXPECT_GE(list[i - 1].z, list[i].z);
+}
+
+TEST(FitStatistics, ResidualEntriesByKind) {
+  // y = 0.5 of a top of 2, z = 2, V = 1/16, p(x) = 0.25.
+  const ResidualTerms terms{1, 2, 0.5, 2.0, 0.0625, 0.25};
+  struct Case {
+    char kind;
+    int entry;
+  };
+  const Case cases[] = {{'S', 3000}, {'Y', 3000}, {'R', 8192},  {'L', 800},
+                        {'O', 1},    {'K', 8192}, {'H', -7309},  // ln 0.25 / -ln 0.002 of 32767
+                        {'G', -5794}};                           // ln(1/3) / ln 499 of 32767
+  for (const Case& c : cases) EXPECT_EQ(ResidualEntry(c.kind, terms), c.entry) << c.kind;
+  EXPECT_EQ(ResidualEntry('S', {0, 1, -1, -40, 0.001, 0.001}), -32767);
+}
+
+// Lists of at most 5, and of at most half of the items, whichever side is listed.
+TEST(ExtremeRange, MeanDistanceOfTheOuterEntries) {
+  ExtremeRange range(10);
+  for (const float value : {1.0F, 7.0F, 3.0F, 5.0F, 2.0F, 8.0F}) range.Add(value);
+  // (8-1), (7-2), (5-3), (3-5), (2-7)
+  EXPECT_NEAR(range.Range(), 1.4, 1e-6);
+  ExtremeRange few(2);  // one entry on each side
+  for (const float value : {4.0F, -1.0F, 2.5F}) few.Add(value);
+  EXPECT_NEAR(few.Range(), 5, 1e-6);
+  ExtremeRange all(10);  // the lists cover everybody
+  all.Add(1);
+  all.Add(9);
+  EXPECT_EQ(all.Range(), 0);
+}
+
+}  // namespace
+}  // namespace vardento
