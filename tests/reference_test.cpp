@@ -86,8 +86,7 @@ TEST_P(Reference, MeasuresStepsAndFitAgree) {
   const Case& c = GetParam();
   WholeRun whole;
   const std::string source = std::string(VARDENTO_SOURCE_DIR) + "/" + c.directory;
-  std::filesystem::copy(source, whole.directory.Path(),
-                        std::filesystem::copy_options::overwrite_existing);
+  std::filesystem::copy(source, whole.directory.Path(), std::filesystem::copy_options::recursive);
   std::vector<std::string> words{"LCONV=.00005", "RCONV=.0005", "UMEAN=0", "USCALE=1"};
   words.insert(words.end(), c.words.begin(), c.words.end());
   ASSERT_EQ(whole.Execute(words), kExitGood) << whole.directory.Read("report.txt");
