@@ -390,6 +390,7 @@ Outcome Iterate(Run& run, EstimationListener& listener) {
     listener.BeginUconIteration();
     const UconRecord record = iteration.RunIteration();
     listener.EndUconIteration(record);
+    run.UconIterations = record.iteration;
     if (run.StopRequest == 1) return Outcome::StoppedByUser;
     if (iteration.HasConverged(record)) return Outcome::Converged;
     if (record.iteration == run.settings.MUCON || record.iteration > kIterationLimit) {

@@ -21,6 +21,7 @@ void ClearStopRequest(Run& run) {
 void EstimateMeasures(Run& run) {
   ConvergenceTable convergence(run);
   run.StopRequest = 0;
+  run.phases.Enter(Phase::StartValues);
   EstimateStartValues(run, convergence);
   ClearStopRequest(run);
   const bool cut = run.settings.CUTLO != 0 || run.settings.CUTHI != 0;
@@ -28,6 +29,7 @@ void EstimateMeasures(Run& run) {
   ClearStopRequest(run);
   CheckConnectivity(run);
   ClearStopRequest(run);
+  run.phases.Enter(Phase::Joint);
   EstimateJoint(run, convergence);
   ClearStopRequest(run);
 }
@@ -73,7 +75,9 @@ void WriteFilesAndTables(Run& run, const FitSummary& summary) {
 
 void AnalysisDriver(Run& run) {
   EstimateMeasures(run);
+  run.phases.Enter(Phase::Fit);
   const FitSummary summary = ComputeFit(run);
+  run.phases.Enter(Phase::Output);
   PumpMessages(run);
   run.stores.responseMatrix.Free();
   ComputeCategoryPoints(run, run.settings.HIADJ, run.settings.LOWADJ);

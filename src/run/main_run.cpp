@@ -95,6 +95,7 @@ void PrepareEstimation(Run& run) {
 void AnalyseData(Run& run) {
   StampRun(run);
   StartDialogue(run);
+  run.phases.Enter(Phase::Intake);
   ReadSettings(run);
   ReadItemSettings(run);
   EnterReportMenu(run);
@@ -140,6 +141,7 @@ int MainRun(Run& run, const std::vector<std::string>& words) {
     FollowBatchSetting(run);
   }
   FinishRun(run);
+  run.phases.Stop();
   if (!run.batch && !run.leaving && !run.usageError) Idle(run);
   run.workDirectory.RemoveFiles();
   return ExitStatus(run);

@@ -13,6 +13,7 @@
 #include "platform/silent_console.h"
 #include "platform/text_file.h"
 #include "report/table_request.h"
+#include "run/phase_clock.h"
 #include "run/report_output.h"
 #include "run/run_arrays.h"
 #include "run/work_directory.h"
@@ -68,6 +69,8 @@ struct Run {
   int RunIoStatus = 0;
   int StopRequest = 0;
   ProgressBar progress;
+  PhaseClock phases;
+  int UconIterations = 0;
 
   // Counts, set during intake and estimation.
   int NGROUPS = 0;

@@ -1,0 +1,173 @@
+// Whole batch runs on generated data: seconds by phase, and peak memory.
+//
+//   cmake -S . -B build-bench -DVARDENTO_BENCH=ON && cmake --build build-bench
+//   build-bench/bench/vardento_bench
+//
+// The data are drawn from the model with a fixed seed. Peak memory is that of the process, so each
+// case runs in a process of its own.
+#include <benchmark/benchmark.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "platform/silent_console.h"
+#include "run/main_run.h"
+
+namespace {
+
+struct DataSet {
+  const char* name;
+  int persons, items, categories;
+  double missing;  // share of responses left out at random
+};
+
+constexpr DataSet kDataSets[] = {
+    {"100000x50_complete", 100000, 50, 2, 0.0},
+    {"20000x40_rating_scale", 20000, 40, 5, 0.0},
+    {"50000x100_missing", 50000, 100, 2, 0.3},
+};
+
+// A small generator of its own: the same data on every machine.
+class Random {
+ public:
+  double Uniform() {
+    state_ ^= state_ << 13;
+    state_ ^= state_ >> 7;
+    state_ ^= state_ << 17;
+    return static_cast<double>(state_ >> 11) * 0x1.0p-53;
+  }
+  double Normal() {  // sum of twelve uniforms
+    double sum = -6;
+    for (int i = 0; i < 12; ++i) sum += Uniform();
+    return sum;
+  }
+
+ private:
+  std::uint64_t state_ = 0x9E3779B97F4A7C15U;
+};
+
+int DrawCategory(Random& random, double d, int categories) {
+  std::vector<double> p(static_cast<std::size_t>(categories));
+  double sum = 0, exponent = 0;
+  for (int k = 0; k < categories; ++k) {
+    // Steps a logit apart, centred.
+    if (k > 0) exponent += d - (k - categories / 2.0);
+    sum += p[static_cast<std::size_t>(k)] = std::exp(exponent);
+  }
+  double u = random.Uniform() * sum;
+  int k = 0;
+  while (k < categories - 1 && u > p[static_cast<std::size_t>(k)]) {
+    u -= p[static_cast<std::size_t>(k++)];
+  }
+  return k;
+}
+
+void WriteDataSet(const DataSet& set, const std::string& directory) {
+  Random random;
+  std::vector<double> difficulty;
+  for (int i = 0; i < set.items; ++i) difficulty.push_back(4.0 * (i + 0.5) / set.items - 2.0);
+  std::ofstream data(directory + "/data.txt");
+  std::string line;
+  for (int n = 1; n <= set.persons; ++n) {
+    const double measure = 1.2 * random.Normal();
+    line = "P" + std::to_string(n);
+    line.resize(10, ' ');
+    for (const double d : difficulty) {
+      const int x = DrawCategory(random, measure - d, set.categories);
+      line += random.Uniform() < set.missing ? ' ' : static_cast<char>('0' + x);
+    }
+    data << line << '\n';
+  }
+  std::ofstream control(directory + "/control.txt");
+  control << "TITLE=Benchmark\nDATA=data.txt\nNAME1=1\nNAMLEN=8\nITEM1=11\nNI=" << set.items
+          << "\nCODES=" << std::string("01234").substr(0, static_cast<std::size_t>(set.categories))
+          << "\nTABLES=0010000001000100000000000000000000000000\nPFILE=p.txt\nIFILE=i.txt\n"
+          << "INUMB=Y\n&END\n";
+}
+
+struct Figures {
+  double intake, startValues, joint, fit, output;
+  double iterations;
+  double peakMegabytes, allowedMegabytes;
+  int status;
+};
+
+// One whole run, in a child process.
+Figures RunOnce(const DataSet& set, const std::string& directory) {
+  int ends[2];
+  if (pipe(ends) != 0) std::abort();
+  const pid_t child = fork();
+  if (child == 0) {
+    vardento::SilentConsole console;
+    vardento::Run run(console);
+    Figures figures{};
+    figures.status =
+        vardento::MainRun(run, {directory + "/control.txt", directory + "/report.txt", "BATCH=Y"});
+    using vardento::Phase;
+    figures.intake = run.phases.Seconds(Phase::Intake);
+    figures.startValues = run.phases.Seconds(Phase::StartValues);
+    figures.joint = run.phases.Seconds(Phase::Joint);
+    figures.fit = run.phases.Seconds(Phase::Fit);
+    figures.output = run.phases.Seconds(Phase::Output);
+    figures.iterations = run.UconIterations;
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    figures.peakMegabytes = static_cast<double>(usage.ru_maxrss) / 1024;
+    figures.allowedMegabytes =
+        (1.5 * set.persons * set.items + 200.0 * set.persons) / (1024 * 1024) + 50;
+    const auto written = write(ends[1], &figures, sizeof figures);
+    _exit(written == sizeof figures ? 0 : 1);
+  }
+  Figures figures{};
+  if (read(ends[0], &figures, sizeof figures) != sizeof figures) figures.status = -1;
+  close(ends[0]);
+  close(ends[1]);
+  waitpid(child, nullptr, 0);
+  return figures;
+}
+
+void RunDataSet(benchmark::State& state, const DataSet& set) {
+  const auto directory =
+      std::filesystem::temp_directory_path() / ("vardento-bench-" + std::to_string(getpid()));
+  std::filesystem::create_directories(directory);
+  WriteDataSet(set, directory.string());
+  Figures last{};
+  for (auto _ : state) {
+    last = RunOnce(set, directory.string());
+    if (last.status != 0) state.SkipWithError("the run failed");
+  }
+  std::filesystem::remove_all(directory);
+  state.counters["intake_s"] = last.intake;
+  state.counters["prox_s"] = last.startValues;
+  state.counters["ucon_s"] = last.joint;
+  state.counters["ucon_iterations"] = last.iterations;
+  state.counters["ucon_s_per_iteration"] = last.joint / last.iterations;
+  state.counters["fit_s"] = last.fit;
+  state.counters["output_s"] = last.output;
+  state.counters["peak_MB"] = last.peakMegabytes;
+  state.counters["allowed_MB"] = last.allowedMegabytes;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  for (const DataSet& set : kDataSets) {
+    benchmark::RegisterBenchmark(set.name,
+                                 [&set](benchmark::State& state) { RunDataSet(state, set); })
+        ->Unit(benchmark::kMillisecond)
+        ->UseRealTime()
+        ->Iterations(1)
+        ->Repetitions(5);
+  }
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
