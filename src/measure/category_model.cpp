@@ -169,7 +169,10 @@ double EvaluateExpected(double d, const GroupModelTables& group, int x, double* 
 }
 
 Evaluation Evaluate(double d, const GroupModelTables& group, int x, double* p) {
-  const double expected = EvaluateExpected(d, group, x, p);
+  return MomentsOf(group, EvaluateExpected(d, group, x, p), p);
+}
+
+Evaluation MomentsOf(const GroupModelTables& group, double expected, const double* p) {
   return group.IsSequential() ? SequentialMoments(group, expected, p)
                               : DistributionMoments(group, expected, p);
 }

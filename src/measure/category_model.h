@@ -52,6 +52,8 @@ struct Evaluation {
 };
 // E alone at d, for an observation in category x (x matters for sequential groups only).
 double EvaluateExpected(double d, const GroupModelTables& group, int x, double* p);
+// V and C behind a probability routine that left p and returned E.
+Evaluation MomentsOf(const GroupModelTables& group, double expected, const double* p);
 // E, V and C at d; p is left as by the probability routine that fits the group.
 Evaluation Evaluate(double d, const GroupModelTables& group, int x, double* p);
 

@@ -26,6 +26,8 @@ FitPass::FitPass(Run& run)
       correlates_(run.settings.PTBIS != 'Y'),
       writesResiduals_(run.settings.PRCOMP != 'N'),
       zeroText_(FixedText(0, DecimalsFormat(run.settings.UDECIM), 8)),
+      here_(std::max(run.largestGroupTop, 1)),
+      below_(std::max(run.largestGroupTop, 1)),
       p_(static_cast<std::size_t>(run.MAXCAT) + 2, 0.0) {}
 
 FitSummary FitPass::Compute() {
@@ -116,6 +118,8 @@ void FitPass::MeasurePerson(int number) {
 void FitPass::AddResponses(PersonInHand& person) {
   const std::uint8_t* row = ReadScoredRow(run_, person.number);
   // An extreme person meets extreme items for the sake of the correlations only.
+  here_.Set(person.measure);
+  below_.Set(person.measure - 1);
   const bool meetsAll = IsActive(person.status) || correlates_;
   for (const ItemInHand& hand : ascending_) {
     if (hand.active || meetsAll) AddResponse(hand, row[hand.item - 1], person);
@@ -144,8 +148,8 @@ void FitPass::AddObservation(const ItemInHand& hand, int x, double w, PersonInHa
   const bool personActive = IsActive(person.status);
   const double d = person.measure - hand.measure;
   double* const p = p_.data();
-  const double below = EvaluateExpected(d - 1, hand.tables, x, p);
-  Evaluation here = Evaluate(d, hand.tables, x, p);
+  const double below = below_.Expect(hand, x, p);
+  Evaluation here = here_.Evaluate(hand, x, p);
   here.variance = std::max(here.variance, kTiny);
   const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.letter);
   const double raw = x + arrays_.CategoryToCode[hand.start];

@@ -75,6 +75,7 @@ class FitPass {
   Array1<CategoryFit> categories_;
   Array1<double> baseline_;                       // E of each group at the mean measures
   Array1<double> missingCount_, missingMeasure_;  // by group
+  PersonPowers here_, below_;                     // at B and at B - 1
   std::vector<double> p_;
   std::vector<std::int16_t> residualRow_;
   RunningSpread spread_;

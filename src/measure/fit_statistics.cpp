@@ -79,13 +79,14 @@ double FindItemDisplacement(const FitSums& sums, double extremeScore) {
 void CorrelationRecord::Add(double x, double y, double weight) {
   if (weight == 0) return;
   n += weight;
-  meanY += (y - meanY) * weight / n;
-  meanX += (x - meanX) * weight / n;
+  const double share = 1.0 / n;
+  meanY += (y - meanY) * weight * share;
+  meanX += (x - meanX) * weight * share;
   if (!(weight < n)) return;
   const double a = weight / (n - weight);
-  varianceY += (meanY - y) * (meanY - y) * a - varianceY / n;
-  varianceX += (meanX - x) * (meanX - x) * a - varianceX / n;
-  covariance += (meanX - x) * (meanY - y) * a - covariance / n;
+  varianceY += (meanY - y) * (meanY - y) * a - varianceY * share;
+  varianceX += (meanX - x) * (meanX - x) * a - varianceX * share;
+  covariance += (meanX - x) * (meanY - y) * a - covariance * share;
 }
 
 double CorrelationRecord::Correlation() const {

@@ -64,6 +64,8 @@ JointIteration::JointIteration(Run& run)
       targeted_(run.settings.TARGET == 'Y'),
       perfect_(run.settings.USCALE > 0 ? Status::ExtremeHigh : Status::ExtremeLow),
       zero_(run.settings.USCALE > 0 ? Status::ExtremeLow : Status::ExtremeHigh),
+      here_(std::max(run.largestGroupTop, 1)),
+      below_(std::max(run.largestGroupTop, 1)),
       p_(static_cast<std::size_t>(run.MAXCAT) + 2, 0.0) {
   const auto items = static_cast<std::size_t>(run.settings.NI) + 1;
   const auto persons = static_cast<std::size_t>(run.NPERS) + 1;
@@ -181,8 +183,9 @@ std::int32_t JointIteration::ClassifyPerson(int person, const PersonWorkRecord& 
 
 ScoreTarget JointIteration::AddComplete(const PersonClass& persons) {
   ScoreTarget target{persons.score, persons.maximum, 0, 0};
+  SetMeasure(persons.measure);
   for (const ItemInHand& hand : walk_.For(persons.status)) {
-    AddExpected(hand, persons.measure - hand.measure, 0, persons.status, persons.weight, target);
+    AddExpected(hand, 0, persons.status, persons.weight, target);
   }
   HoldPersonTarget(target, persons.status);
   return target;
@@ -192,21 +195,26 @@ ScoreTarget JointIteration::AddIncomplete(int person, StatusByte status,
                                           const PersonWorkRecord& record) {
   ScoreTarget target{record.outfit, record.infit, 0, 0};
   const std::uint8_t* row = ReadScoredRow(run_, person);
-  const double b = run_.arrays.PersonMeasure[person];
+  SetMeasure(run_.arrays.PersonMeasure[person]);
   const double pw = PersonWeightOf(run_, person);
   for (const ItemInHand& hand : walk_.For(status)) {
     const int x = hand.CategoryOf(row[hand.item - 1]);
-    if (x >= 0) AddExpected(hand, b - hand.measure, x, status, pw, target);
+    if (x >= 0) AddExpected(hand, x, status, pw, target);
   }
   HoldPersonTarget(target, status);
   return target;
 }
 
-void JointIteration::AddExpected(const ItemInHand& hand, double d, int x, StatusByte status,
-                                 double pw, ScoreTarget& target) {
+void JointIteration::SetMeasure(double measure) {
+  here_.Set(measure);
+  below_.Set(measure - offset_);
+}
+
+void JointIteration::AddExpected(const ItemInHand& hand, int x, StatusByte status, double pw,
+                                 ScoreTarget& target) {
   const auto item = static_cast<std::size_t>(hand.item);
   double* const p = p_.data();
-  const double expected = EvaluateExpected(d, hand.tables, x, p);
+  const double expected = here_.Expect(hand, x, p);
   if (IsActive(status)) {
     itemExpected_[item] += expected * pw;
     if (hand.active) {
@@ -216,7 +224,7 @@ void JointIteration::AddExpected(const ItemInHand& hand, double d, int x, Status
     }
   }
   if (hand.active) target.expected += expected * hand.weight;
-  const double below = EvaluateExpected(d - offset_, hand.tables, x, p);
+  const double below = below_.Expect(hand, x, p);
   if (IsActive(status)) itemExpectedOffset_[item] += below * pw;
   if (hand.active) target.expectedOffset += below * hand.weight;
 }
@@ -224,22 +232,22 @@ void JointIteration::AddExpected(const ItemInHand& hand, double d, int x, Status
 ScoreTarget JointIteration::AddTargeted(int person, StatusByte status) {
   ScoreTarget target;
   const std::uint8_t* row = ReadScoredRow(run_, person);
-  const double b = run_.arrays.PersonMeasure[person];
+  SetMeasure(run_.arrays.PersonMeasure[person]);
   const double pw = PersonWeightOf(run_, person);
   for (const ItemInHand& hand : walk_.For(status)) {
     const int x = hand.CategoryOf(row[hand.item - 1]);
-    if (x >= 0) AddTargetedObservation(hand, b - hand.measure, x, status, pw, target);
+    if (x >= 0) AddTargetedObservation(hand, x, status, pw, target);
   }
   HoldPersonTarget(target, status);
   return target;
 }
 
 // TARGET=Y: every observation counts by its own variance.
-void JointIteration::AddTargetedObservation(const ItemInHand& hand, double d, int x,
-                                            StatusByte status, double pw, ScoreTarget& target) {
+void JointIteration::AddTargetedObservation(const ItemInHand& hand, int x, StatusByte status,
+                                            double pw, ScoreTarget& target) {
   const auto item = static_cast<std::size_t>(hand.item);
   double* const p = p_.data();
-  const Evaluation here = Evaluate(d, hand.tables, x, p);
+  const Evaluation here = here_.Evaluate(hand, x, p);
   const double v = here.variance;
   // "F" with nothing passed had all steps in play; ModelScore counts it so as well.
   const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.letter);
@@ -261,7 +269,7 @@ void JointIteration::AddTargetedObservation(const ItemInHand& hand, double d, in
     target.maximum += possible * hand.weight;
     target.expected += here.expected * v * hand.weight;
   }
-  const double below = EvaluateExpected(d - offset_, hand.tables, x, p) * v;
+  const double below = below_.Expect(hand, x, p) * v;
   if (IsActive(status)) itemExpectedOffset_[item] += below * pw;
   if (hand.active) target.expectedOffset += below * hand.weight;
 }

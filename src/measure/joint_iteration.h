@@ -56,9 +56,10 @@ class JointIteration {
   ScoreTarget AddComplete(const PersonClass& persons);
   ScoreTarget AddIncomplete(int person, StatusByte status, const PersonWorkRecord& record);
   ScoreTarget AddTargeted(int person, StatusByte status);
-  void AddExpected(const ItemInHand& hand, double d, int x, StatusByte status, double pw,
+  void SetMeasure(double measure);  // of the person in hand, for the two evaluations
+  void AddExpected(const ItemInHand& hand, int x, StatusByte status, double pw,
                    ScoreTarget& target);
-  void AddTargetedObservation(const ItemInHand& hand, double d, int x, StatusByte status, double pw,
+  void AddTargetedObservation(const ItemInHand& hand, int x, StatusByte status, double pw,
                               ScoreTarget& target);
   void HoldPersonTarget(ScoreTarget& target, StatusByte status) const;
   void MovePerson(int person, StatusByte status, double delta, double residual);
@@ -76,7 +77,8 @@ class JointIteration {
   StatusByte perfect_, zero_;  // status of an extreme person at the highest and lowest score; an
                                // extreme item has them the other way round
   ItemWalk walk_;
-  std::vector<double> p_;  // categories 0..MAXCAT of one pair
+  PersonPowers here_, below_;  // at B and at B - h
+  std::vector<double> p_;      // categories 0..MAXCAT of one pair
 
   // By item, 1..NI: expected scores at d and d - h; the score and maximum to be matched.
   std::vector<double> itemExpected_, itemExpectedOffset_, itemScore_, itemMaximum_;

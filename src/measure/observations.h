@@ -20,6 +20,9 @@ struct ItemInHand {
   double weight = 1;      // iw
   double pairFactor = 1;  // the combined weight of an observation is pw times this
   GroupModelTables tables;
+  // exp(-k D - F(1) - ... - F(k)) for k = 0..T, 0 for an unobserved category; null when the
+  // category model must be asked instead ("S", "F", or numbers too large to multiply).
+  const double* factors = nullptr;
   const std::int32_t* codeToCategory = nullptr;  // by response code
 
   // The ordered category of a stored response, negative when it counts as missing.
@@ -33,12 +36,31 @@ struct ItemInHand {
 struct ItemWalk {
   std::vector<ItemInHand> all;
   std::vector<ItemInHand> active;
+  std::vector<double> factors;  // of all items, one after the other
+  int largestTop = 1;
   const std::vector<ItemInHand>& For(StatusByte personStatus) const {
     return IsActive(personStatus) ? all : active;
   }
 };
 
 ItemWalk MakeItemWalk(const Run& run);
+
+// exp(k B) for k = 0..T of one person: with an item's factors they give its category probabilities
+// without a further exponential.
+class PersonPowers {
+ public:
+  explicit PersonPowers(int largestTop) : powers_(static_cast<std::size_t>(largestTop) + 1, 1.0) {}
+  void Set(double measure);
+  // For a person and items within reach of each other; what EvaluateExpected gives at B - D.
+  double Expect(const ItemInHand& hand, int x, double* p) const;
+  // As Evaluate at B - D.
+  Evaluation Evaluate(const ItemInHand& hand, int x, double* p) const;
+
+ private:
+  double measure_ = 0;
+  bool usable_ = false;
+  std::vector<double> powers_;
+};
 
 // The weight of a person; 1 when no weights are in use.
 inline double PersonWeightOf(const Run& run, int person) {
