@@ -1,0 +1,262 @@
+#include "data/data_reader.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "data/data_run.h"
+#include "platform/file.h"
+
+namespace vardento::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+struct Layout {
+  int name1, namlen, item1, NI;
+  int width = 1;
+  const char* codes = "01";
+  char delim = ' ';
+  const char* format = "";
+};
+
+TEST(DataReader, TakesLabelAndResponsesFromEveryRecord) {
+  struct Case {
+    const char* what;
+    Layout layout;
+    std::string data;
+    const char* labels;  // of all persons, "|" between
+    const char* codes;
+  };
+  const Case cases[] = {
+      {"label in front", {1, 3, 4, 3}, "Ann010\nBob112\n", "Ann|Bob", "121|220"},
+      {"label behind", {3, 3, 1, 2}, "01Ann\n10Bo\n", "Ann|Bo ", "12|21"},
+      {"label inside the responses", {2, 2, 1, 3}, "010\n", "10", "121"},
+      {"no label", {1, 0, 1, 1}, "1\n0\n", "|", "2|1"},
+      {"no line end at the end", {1, 1, 2, 1}, "A1\nB0", "A|B", "2|1"},
+      {"blank lines in the middle", {1, 1, 2, 1}, "A1\n\n   \nB0\n", "A|B", "2|1"},
+      {"Windows line ends", {1, 1, 2, 2}, "A10\r\n\r\nB1\r\n", "A|B", "21|20"},
+      {"short records are blank", {1, 4, 5, 3}, "Ann 01\nB\n", "Ann |B   ", "120|000"},
+      {"blank as a code", {1, 1, 2, 3, 1, "01 "}, "A0\n", "A", "133"},
+      {"control-Z ends the data", {1, 1, 2, 1}, "A1\n\x1A\nB0\n", "A", "2"},
+      {"a blank label", {1, 7, 8, 1}, "Ann    1\n       0\n", "Ann    |00002P ", "2|1"},
+      {"a blank label in little room", {1, 3, 4, 1}, "   1\n", "000", "2"},
+      {"control characters in a label", {1, 3, 4, 1}, "A\tB1\n", "A B", "2"},
+      {"two columns", {1, 1, 2, 3, 2, "0 1 10"}, "A 11010\nB1 0\n", "A|B", "233|210"},
+      {"delimited", {1, 4, 2, 2, 1, "01", 'Y'}, "'A,B',0,1\nAnn,,0\n", "A,B |Ann ", "12|01"},
+      {"delimited, no label there", {3, 6, 1, 2, 1, "01", 'B'}, "0 1\n", "00001P", "12"},
+      {"format over two lines, the last record cut short",
+       {1, 2, 3, 4, 1, "01", ' ', "(4A1/2A1)"},
+       "AB01\n10\nCD11\n0\n",
+       "AB|CD",
+       "1221|2210"},
+      {"format, a file that ends inside a record",
+       {1, 1, 2, 2, 1, "01", ' ', "(2A1/A1)"},
+       "A0\n1\nB1\n",
+       "A|B",
+       "12|20"},
+      {"format with wide fields",
+       {1, 2, 3, 2, 2, "0001", ' ', "(2A1,2A2)"},
+       "AB0100\n",
+       "AB",
+       "21"},
+  };
+  for (const Case& c : cases) {
+    for (const bool inFile : {false, true}) {
+      SCOPED_TRACE(testing::Message() << c.what << (inFile ? ", in a file" : ", Control File"));
+      DataRun data(inFile ? "" : c.data, c.layout.NI);
+      data.settings.NAME1 = c.layout.name1;
+      data.settings.NAMLEN = c.layout.namlen;
+      data.settings.ITEM1 = c.layout.item1;
+      data.SetCodes(c.layout.codes, c.layout.width);
+      data.settings.DELIM = c.layout.delim;
+      data.settings.FORMAT = c.layout.format;
+      if (inFile) data.settings.DATA = data.directory.Write("d.txt", "\xEF\xBB\xBF" + c.data);
+      ReadData(data.run);
+      EXPECT_EQ(Joined(data.Labels()), c.labels);
+      EXPECT_EQ(Joined(data.CodedRows()), c.codes);
+    }
+  }
+}
+
+TEST(DataReader, ScoresEveryResponse) {
+  DataRun data("0129\n", 4);
+  data.SetCodes("012", 1);
+  ReadData(data.run);
+  EXPECT_THAT(data.ScoredRows(), ElementsAre("012."));
+  EXPECT_EQ(data.run.MAXCAT, 2);
+  EXPECT_THAT(data.console.lines, Contains(" 1 PERSON Records Input."));
+  EXPECT_THAT(data.console.lines, Not(Contains(HasSubstr("NON-ASCII"))));
+
+  DataRun missing("0129\n", 4);
+  missing.settings.MISSING = 0;
+  ReadData(missing.run);
+  EXPECT_THAT(missing.ScoredRows(), ElementsAre("0100"));
+}
+
+TEST(DataReader, ReadsSeveralFilesAndShowsTheFirstRecordOfEach) {
+  DataRun data("END LABELS\n", 2);
+  data.settings.NAMLEN = 1;
+  data.settings.ITEM1 = 2;
+  const std::string a = data.directory.Write("a.txt", "A01\nB11\n\x1Anot read\n");
+  const std::string b = data.directory.Write("b.txt", "\n");
+  const std::string c = data.directory.Write("c.txt", "C10");
+  data.settings.DATA = a + " + " + b + "+" + c;
+  ReadData(data.run);
+  EXPECT_THAT(data.Labels(), ElementsAre("A", "B", "C"));
+  EXPECT_THAT(data.CodedRows(), ElementsAre("12", "22", "21"));
+  EXPECT_THAT(data.console.lines,
+              ElementsAre(" Input in process ..", "Opening: " + a, " Input Data Record:", "123",
+                          "---", "A01", "^P^N", "Opening: " + b, "Opening: " + c,
+                          " Input Data Record:", "C10", "^P^N", " 3 PERSON Records Input."));
+  EXPECT_THAT(data.console.menuEntries,
+              ElementsAre("Edit Data File=" + a, "Edit Data File=" + b, "Edit Data File=" + c));
+}
+
+TEST(DataReader, ShowsARecordBeforeAndAfterFormat) {
+  DataRun data("A-0\n1\n", 2);
+  data.settings.NAMLEN = 1;
+  data.settings.ITEM1 = 2;
+  data.settings.FORMAT = "(A1,X,A1/A1)";
+  ReadData(data.run);
+  EXPECT_THAT(data.console.lines,
+              ElementsAre(" Input in process ..", " Input Data Record before FORMAT=:", "123",
+                          "---", "A-0", " Input Data Record after FORMAT=:", "123", "---", "A01",
+                          "^P^N", " 1 PERSON Records Input."));
+}
+
+TEST(DataReader, LeavesDeletedPersonsAndItemsAsTheRowBeforeLeftThem) {
+  DataRun data("A012\nB210\nC111\n", 3);
+  data.SetCodes("012", 1);
+  data.settings.NAMLEN = 1;
+  data.settings.ITEM1 = 2;
+  PersonTrial(data.run)[2] = Status::Deleted;
+  data.run.arrays.ItemStatus[2] = Status::Deleted;
+  ReadData(data.run);
+  EXPECT_THAT(data.Labels(), ElementsAre("A", "B", "C"));
+  EXPECT_THAT(data.CodedRows(), ElementsAre("103", "103", "202"));
+  EXPECT_THAT(data.ScoredRows(), ElementsAre("002", "002", "101"));
+}
+
+TEST(DataReader, WarnsOnceOfDataThatIsNoPlainText) {
+  DataRun data("0x\n1\xE9\n\xE9\t\n", 2);
+  ReadData(data.run);
+  std::vector<std::string> warnings;
+  for (const std::string& line : data.console.lines) {
+    if (line.find("NON-ASCII") != line.npos) warnings.push_back(line);
+  }
+  EXPECT_THAT(warnings, ElementsAre(" NON-ASCII DATA CODE FOR PERSON: 2, ITEM: 2, DECIMAL= 233, "
+                                    "CHARACTER= \xE9"));
+}
+
+TEST(DataReader, CountsPersonsBeyondCapacityAndKeepsTheRestOut) {
+  DataRun data("1\n0\n1\n1\n", 1);
+  data.SetCapacity(2);
+  data.OpenReport();
+  ReadData(data.run);
+  EXPECT_EQ(data.run.NPERS, 2);
+  EXPECT_EQ(data.run.personsRead, 4);
+  EXPECT_THAT(data.console.lines, Contains("PERSONS SKIPPED AFTER 2").Times(1));
+  EXPECT_EQ(data.Report(), "4 PERSON Records Input.\n");
+}
+
+TEST(DataReader, ShowsADotForEveryThousandRecords) {
+  std::string records;
+  for (int p = 0; p < 79500; ++p) records += "1\n";
+  DataRun data(records, 1);
+  data.SetCapacity(100000);
+  ReadData(data.run);
+  const std::vector<std::string>& lines = data.console.lines;
+  EXPECT_THAT(std::vector(lines.end() - 3, lines.end()),
+              ElementsAre(std::string(78, '.'), ".", " 79500 PERSON Records Input."));
+}
+
+TEST(DataReader, KeepsTheLengthOfTheLongestLabel) {
+  for (const char* records : {"A   1\nBob 1\n", "Bob 1\nA   1\n"}) {
+    DataRun data(records, 1);
+    data.settings.NAMLEN = 4;
+    data.settings.ITEM1 = 5;
+    ReadData(data.run);
+    EXPECT_EQ(data.run.LongestLabel, 3);
+  }
+  DataRun unlabelled("1\n", 1);
+  ReadData(unlabelled.run);
+  EXPECT_EQ(unlabelled.run.LongestLabel, 1);
+}
+
+TEST(DataReader, StopsReadingWhenTheUserAsks) {
+  DataRun data("1\n0\n1\n1\n", 1, false);
+  data.console.onPump = [](RecordingConsole& console) {
+    if (console.pumps == 3) console.interrupts = 1;
+  };
+  ReadData(data.run);
+  EXPECT_EQ(data.run.StopRequest, 1);
+  EXPECT_EQ(data.run.NPERS, 2);
+}
+
+TEST(DataReader, EndsTheRunWithoutPersons) {
+  for (const char* records : {"", "\n  \n", "\x1A\n1\n"}) {
+    DataRun data(records, 1);
+    EXPECT_THROW(ReadData(data.run), RunEnded);
+    EXPECT_EQ(data.run.RunIoStatus, -1);
+    EXPECT_THAT(data.console.lines, Contains(" 0 PERSON Records Input."));
+  }
+}
+
+TEST(DataReader, EndsTheRunWithMoreCodesThanItCanTellApart) {
+  DataRun data("01\n", 1);
+  data.SetCodes(std::string(512, '1'), 2);
+  EXPECT_THROW(ReadData(data.run), RunEnded);
+  EXPECT_THAT(data.console.lines,
+              ElementsAre(" CODES= HAS 256 CODES, WHICH IS MORE THAN MAXIMUM OF 255"));
+}
+
+TEST(DataReader, TellsOfAFileThatCannotBeOpened) {
+  DataRun data("", 1);
+  data.settings.DATA = data.directory.NameOf("none.txt");
+  EXPECT_THROW(ReadData(data.run), RunEnded);
+  const std::vector<std::string>& lines = data.console.lines;
+  ASSERT_GE(lines.size(), 3U);
+  EXPECT_THAT(std::vector(lines.end() - 3, lines.end()),
+              ElementsAre(" UNABLE TO OPEN DATA  FILE: " + data.settings.DATA, data.settings.DATA,
+                          "Input File Not Found. Please specify full path."));
+  DataRun directory("", 1);
+  directory.settings.DATA = directory.directory.Path();
+  EXPECT_THROW(ReadData(directory.run), RunEnded);
+}
+
+// Whichever operation on a file fails: the run ends with a message, or it wasn't needed (closing a
+// file that was read) and the rows are right.
+TEST(DataReader, SurvivesTheFailureOfAnyFileOperation) {
+  int ended = 0;
+  for (int n = 1;; ++n) {
+    SCOPED_TRACE(n);
+    DataRun data("One\nTwo\nEND LABELS\n", 2);
+    data.settings.INUMB = 'N';
+    data.settings.NAMLEN = 1;
+    data.settings.ITEM1 = 2;
+    data.settings.DATA = data.directory.Write("d.txt", "A01\nB10\n");
+    FailFileOperation(n, 5);
+    bool finished = false;
+    try {
+      ReadData(data.run);
+      finished = true;
+    } catch (const RunEnded&) {
+      ++ended;
+      EXPECT_EQ(data.run.RunIoStatus, -1);
+      EXPECT_THAT(data.console.lines, Contains(HasSubstr("Input/output error")));
+    }
+    FailFileOperation(0, 0);
+    if (finished) {
+      EXPECT_THAT(data.ScoredRows(), ElementsAre("01", "10"));
+      EXPECT_EQ(ItemLabelOf(data.run, 2), "Two");
+    }
+    if (n > 60) break;
+  }
+  EXPECT_GE(ended, 8);  // three label files, the data file, four person files at the least
+}
+
+}  // namespace
+}  // namespace vardento::test
