@@ -18,10 +18,11 @@ namespace {
 constexpr float kEqualKeys = 0.0001F;
 constexpr int kLastColumn = 300;  // labels are compared up to here
 
-// The first gap: half of the power of 3 that is nearest to twice the list's length.
+// The first gap: half of the power of 3 that is nearest to twice the list's length. Of the two
+// whole numbers next to that half the lower one, so that a gap of 1 comes last for every length.
 int FirstGap(std::size_t count) {
   const double power = std::round(std::log(2.0 * static_cast<double>(count) + 0.1) / std::log(3.0));
-  return std::max(1, static_cast<int>(std::round(std::pow(3.0, power) / 2)));
+  return std::max(1, static_cast<int>(std::pow(3.0, power) / 2));
 }
 
 // `isBefore(a, b)` tells whether entry a stands in front of entry b.

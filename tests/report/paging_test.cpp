@@ -1,0 +1,125 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "report/small_run.h"
+
+namespace vardento::test {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(ReportLine, PlacesByColumnAndStaysInTheBuffer) {
+  ReportLine line;
+  line.At(3).Text("ab", 4).Fixed(-0.5, 6, 2).Integer(1234567, 4).Skip(1).Repeat('x', 2);
+  EXPECT_EQ(line.View(), "  ab    -.50**** xx");
+  line.Clear();
+  EXPECT_EQ(line.View(), " ");
+  line.At(500).Text("abc").Text("d").Repeat('e', 3).Integer(5, 2);
+  EXPECT_EQ(line.View().size(), 501U);
+  EXPECT_EQ(line.View().substr(498), " ab");
+}
+
+// The name of the report ends in column 62 whatever its length, and covers a long title.
+TEST(PageHeading, NameTitleAndStampStandInTheirColumns) {
+  for (const std::size_t length : {1U, 39U, 40U, 41U, 300U}) {
+    SmallRun small(3, 2);
+    small.run.startUp.ReportFileName = "A" + std::string(length - 1, 'n');
+    small.run.startUp.ReportFileName.back() = 'Z';
+    small.run.settings.TITLE = std::string(60, 'T');
+    small.run.request.CurrentTable = 16;
+    PutPageHeading(small.run, 1);
+    const std::vector<std::string> lines = small.ReportLines();
+    ASSERT_EQ(lines.size(), 5U);
+    const std::string shown =
+        small.run.startUp.ReportFileName.substr(length - std::min<std::size_t>(length, 40));
+    const std::string& heading = lines[1];
+    const std::size_t first = 62 - shown.size();
+    EXPECT_EQ(heading.substr(0, first - 1),
+              ("\fTABLE 16.1 " + std::string(60, 'T')).substr(0, first - 1));
+    EXPECT_EQ(heading.substr(first - 1), " " + shown + " " + std::string(kRunStamp)) << length;
+    EXPECT_EQ(heading.size(), 80U);
+  }
+}
+
+TEST(PageHeading, TellsWhatWasReadAndAnalyzed) {
+  SmallRun small(35, 18);
+  small.run.ActivePersons = 0;
+  PutPageHeading(small.run, 0);
+  small.run.ActivePersons = 34;
+  small.run.ActiveItems = 15;
+  PutPageHeading(small.run, 2);
+  const std::vector<std::string> lines = small.ReportLines();
+  const std::string rule(80, '-');
+  ASSERT_EQ(lines.size(), 10U);
+  // Columns 68 and 77 of the buffer, whose first column isn't written.
+  EXPECT_EQ(lines[2], "INPUT: 35 PERSONS, 18 ITEMS" + std::string(39, ' ') + "VARDENTO  .10");
+  EXPECT_EQ(lines[2].find("VARDENTO"), 66U);
+  EXPECT_EQ(lines[3], rule);
+  EXPECT_EQ(lines[6].substr(0, 66),
+            "INPUT: 35 PERSONS, 18 ITEMS  ANALYZED: 34 PERSONS, 15 ITEMS, 2 CAT");
+  EXPECT_THAT(std::vector(lines.begin() + 7, lines.end()), ElementsAre(rule, " ", " "));
+}
+
+TEST(PageHeading, LongCountsLeaveTheProgramNameOut) {
+  SmallRun small(35, 18);
+  small.run.settings.PERSONS_LABEL = "SCHOOLCHILDREN";
+  PutPageHeading(small.run, 0);
+  EXPECT_EQ(small.ReportLines()[2],
+            "INPUT: 35 SCHOOLCHILDREN, 18 ITEMS  ANALYZED: 35 SCHOOLCHILDREN, 18 ITEMS, 2 CATS");
+}
+
+TEST(PageHeading, HeadingNoPrintsTheFirstOfEachTable) {
+  SmallRun small(0, 2);
+  small.run.personsRead = 0;
+  small.run.settings.HEADING = 'N';
+  small.run.report.LinesOnPage = -1;
+  PutPageHeading(small.run, 0);
+  PutPageHeading(small.run, 5);
+  EXPECT_EQ(small.run.request.SubtableCounter, 1);
+  const std::vector<std::string> lines = small.ReportLines();
+  ASSERT_EQ(lines.size(), 4U);
+  EXPECT_EQ(lines[0].substr(0, 9), "TABLE 0.1") << "no form feed when no page break is wanted";
+  EXPECT_EQ(lines[2] + lines[3], "  ");
+}
+
+TEST(Paging, BreaksSheetsOnlyBeyondTheirLength) {
+  SmallRun small(3, 2);
+  auto& run = small.run;
+  EXPECT_FALSE(CheckPageBreak(run, 30000)) << "without MAXPAGE= no Table is broken";
+  run.settings.MAXPAGE = 20;
+  EXPECT_FALSE(CheckPageBreak(run, 20));
+  EXPECT_TRUE(CheckPageBreak(run, 21));
+  EXPECT_EQ(run.report.LinesOnPage, 2);
+  EXPECT_EQ(run.report.PageNumber, 2);
+  run.report.PageNumber = 11;
+  CheckPageBreak(run, 21);
+  run.report.LinesOnPage = 20;
+  PutPageHeading(run, 0);  // the page is exactly full: no blank line before the form feed
+  EXPECT_EQ(run.report.PageNumber, 1);
+  const std::vector<std::string> lines = small.ReportLines();
+  ASSERT_EQ(lines.size(), 7U);
+  EXPECT_EQ(lines[0], "\f**CONTINUED FROM PREVIOUS SHEET**   PAGE 2");
+  EXPECT_EQ(lines[1], " ");
+  EXPECT_EQ(lines[2], "\f**CONTINUED FROM PREVIOUS SHEET**   PAGE 12");
+  EXPECT_EQ(lines[4].substr(0, 7), "\fTABLE ");
+}
+
+TEST(FrontPart, HasItsOwnTableNumbers) {
+  SmallRun small(0, 2);
+  small.run.personsRead = 0;
+  small.run.settings.FORMFD = '1';
+  WriteBanner(small.run);
+  small.run.request.HeadingPending = 'N';
+  PutControlCopyHeading(small.run);
+  const std::string report = small.Report();
+  EXPECT_EQ(report.find(" \n1TABLE 0.1 Fruit "), 0U);
+  EXPECT_NE(report.find("\n1TABLE 0.3 Fruit "), std::string::npos);
+  for (const std::string& word :
+       {std::string("VARDENTO"), std::string("0.10"), std::string(kRunStamp), std::string("Fruit"),
+        small.run.startUp.ControlFileName, small.run.startUp.ReportFileName}) {
+    EXPECT_NE(report.find(" " + word), std::string::npos) << word;
+  }
+}
+
+}  // namespace
+}  // namespace vardento::test

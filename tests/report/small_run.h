@@ -1,0 +1,115 @@
+// A run that is past its fit pass, with arrays and work files filled in by the test itself, so that
+// every printed number is known beforehand.
+#pragma once
+
+#include <deque>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "data/work_files.h"
+#include "report/report_writer.h"
+#include "support/test_run.h"
+
+namespace vardento::test {
+
+class SmallRun : public TestRun {
+ public:
+  SmallRun(int persons, int items, int groups = 1) : TestRun("NI=2\n&END\n", false) {
+    ControlSettings& s = run.settings;
+    s.NI = items;
+    s.NAMLEN = 6;
+    s.ITLEN = 6;
+    s.TITLE = "Fruit";
+    s.groupsText = "1";
+    run.NPERS = run.personsRead = persons;
+    run.ActivePersons = persons;
+    run.ActiveItems = items;
+    run.ActiveCategories = 2;
+    run.NGROUPS = groups;
+    run.LongestLabel = 6;
+    MakeItems(items, groups);
+    MakePersons(persons);
+    OpenWorkFiles(run);
+    run.stores.itemLabels.Create(run.workDirectory.NameOf("ZJJ"), 6);
+    for (int n = 1; n <= persons; ++n) SetPerson(n, "Pers" + std::to_string(n), {});
+    for (int i = 1; i <= items; ++i) SetItemLabel(i, "Item" + std::to_string(i));
+    OpenReport();
+  }
+
+  void SetPerson(int n, const std::string& label, const PersonWorkRecord& record) {
+    WritePersonName(run, n, label);
+    WritePersonWork(run, n, record);
+  }
+  void SetItemLabel(int i, const std::string& label) {
+    run.stores.itemLabels.Write(i, (label + "      ").substr(0, 6).data());
+  }
+  // Weights of 1 for one side.
+  void GiveItemWeights() {
+    run.itemWeights = true;
+    run.arrays.ItemWeight = Floats(run.settings.NI, 1.0F);
+  }
+  void GivePersonWeights() {
+    run.personWeights = true;
+    run.arrays.PersonWeight = Floats(run.NPERS, 1.0F);
+  }
+  // The report's lines so far, without the control column; a page start keeps its form feed.
+  std::vector<std::string> ReportLines() { return LinesOf(Report()); }
+  static std::vector<std::string> LinesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+  }
+  Array1<float> Floats(int count, float value = 0) {
+    floats_.emplace_back(static_cast<std::size_t>(count), value);
+    return {floats_.back().data(), count};
+  }
+
+  ReportContext context{.run = run, .summary = {}, .persons = {}, .items = {}};
+
+ private:
+  template <class T>
+  Array1<T> Cut(std::deque<std::vector<T>>& store, int count, T value) {
+    store.emplace_back(static_cast<std::size_t>(count), value);
+    return {store.back().data(), count};
+  }
+  void MakeItems(int items, int groups) {
+    RunArrays& a = run.arrays;
+    for (Array1<float>* array :
+         {&a.ItemMeasure, &a.ItemScore, &a.ItemCount, &a.ItemTotalScore, &a.ItemTotalCount,
+          &a.ItemError, &a.ItemInfit, &a.ItemOutfit, &a.ItemInfitZ, &a.ItemOutfitZ,
+          &a.ItemCorrelation, &a.ItemDisplacement}) {
+      *array = Floats(items);
+    }
+    a.ItemStatus = Cut(statuses_, items, Status::Active);
+    a.ItemGroup = Cut(integers_, items, std::int32_t{1});
+    a.GroupStart = Cut(integers_, groups, std::int32_t{1});
+    a.GroupTop = Cut(integers_, groups, std::int32_t{1});
+    a.GroupModel = Cut(characters_, groups, 'R');
+  }
+  void MakePersons(int persons) {
+    RunArrays& a = run.arrays;
+    for (Array1<float>* array : {&a.PersonMeasure, &a.PersonTotalScore, &a.PersonTotalCount,
+                                 &a.PersonInfitZ, &a.PersonOutfitZ}) {
+      *array = Floats(persons);
+    }
+    a.PersonStatus = Cut(statuses_, persons, Status::Active);
+  }
+
+  std::deque<std::vector<float>> floats_;
+  std::deque<std::vector<std::int32_t>> integers_;
+  std::deque<std::vector<StatusByte>> statuses_;
+  std::deque<std::vector<char>> characters_;
+};
+
+// Slots of a summary with the means and S.D.s of active persons and items; used by several tests.
+inline void SetSlot(FitSummary& summary, int slot, float mean, float sd, float maximum = 0,
+                    float minimum = 0) {
+  summary.slots[slot].mean = mean;
+  summary.slots[slot].sd = sd;
+  summary.slots[slot].maximum = maximum;
+  summary.slots[slot].minimum = minimum;
+}
+
+}  // namespace vardento::test

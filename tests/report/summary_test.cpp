@@ -1,0 +1,132 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "report/small_run.h"
+#include "report/summary_table.h"
+
+namespace vardento::test {
+namespace {
+
+using testing::ElementsAre;
+
+// Persons whose measures spread beyond their errors, items whose measures don't.
+FitSummary Summary() {
+  FitSummary s;
+  SetSlot(s, 1, 12.3F, 4.5F, 19, 2);
+  SetSlot(s, 2, 18.5F, 0.5F, 20, 15);
+  SetSlot(s, 3, 0.5F, 1.2F, 2.75F, -3.25F);
+  SetSlot(s, 4, 0.55F, 0.08F, 1.0F, 0.4F);
+  SetSlot(s, 5, 1, 0.2F, 1.9F, 0.5F);
+  SetSlot(s, 6, -0.1F, 1.1F, 3.2F, -2.5F);
+  SetSlot(s, 7, 1.05F, 0.4F, 9.9F, 0.1F);
+  SetSlot(s, 8, 0.04F, 0.9F, 4.1F, -1.4F);
+  SetSlot(s, kPersonRealError, 0.6F, 0.1F, 1.25F, 0.45F);
+  SetSlot(s, kItemSlots + 2, 0, 0.5F);
+  SetSlot(s, kItemRealError, 0.6F, 0.1F);
+  SetSlot(s, kAllPersonMeasures, 0.7F, 1.5F);
+  SetSlot(s, kAllPersonErrors, 0.8F, 0.3F);
+  SetSlot(s, kAllPersonRealErrors, 0.9F, 0.3F);
+  return s;
+}
+
+// Error of persons: sqrt(.6^2 + .1^2) = .608, against an S.D. of 1.2: sqrt(1.44 - .37) = 1.034.
+TEST(RunSummary, PrintsTheBoxAndLeavesTheDigest) {
+  SmallRun small(35, 18);
+  small.run.personsRead = 40;
+  WriteRunSummary(small.run, Summary());
+  ShowRunSummary(small.run);
+  const std::string rule(76, '-');
+  const std::vector<std::string> lines = small.ReportLines();
+  const std::string heads =
+      "|          SCORE     COUNT     MEASURE   ERROR     IMNSQ   ZSTD  OMNSQ   ZSTD|";
+  EXPECT_THAT(
+      lines,
+      ElementsAre(
+          "Fruit", "+" + rule + "+",
+          "|PERSONS     40 INPUT      35 MEASURED                INFIT         OUTFIT   |", heads,
+          "| MEAN      12.3      18.5         .50     .60      1.00    -.1   1.05     .0|",
+          "| S.D.       4.5        .5        1.20     .10       .20    1.1    .40     .9|",
+          "| REAL RMSE    .61  ADJ.SD    1.03  SEPARATION  1.70  PERSON RELIABILITY  .74|",
+          "|" + rule + "|",
+          "|ITEMS     18 INPUT      18 MEASURED                  INFIT         OUTFIT   |", heads,
+          "| MEAN        .0        .0         .00     .60       .00     .0    .00     .0|",
+          "| S.D.        .0        .0         .50     .10       .00     .0    .00     .0|",
+          "| REAL RMSE    .61  ADJ.SD     .00  SEPARATION   .00  ITEM   RELIABILITY  .00|",
+          "+" + rule + "+"));
+  EXPECT_EQ(small.run.RunDigest,
+            "PERSON: REAL SEP.: 1.70  REL.: .74 ... ITEM: REAL SEP.: .00  REL.: .00");
+  ASSERT_EQ(small.console.lines.size(), lines.size() + 1);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    EXPECT_EQ(small.console.lines[i], " " + lines[i]);
+  }
+  EXPECT_EQ(small.console.lines.back(), " Output written to " + small.run.startUp.ReportFileName);
+}
+
+TEST(SummaryTable, PrintsBothSections) {
+  SmallRun small(9, 20);
+  auto& run = small.run;
+  run.personsRead = 11;
+  run.ActivePersons = 5;
+  run.settings.USCALE = 10;
+  run.settings.CUTLO = -2;
+  const StatusByte ends[] = {Status::ExtremeHigh, Status::ExtremeLow, Status::NoResponses,
+                             Status::Deleted};
+  for (int i = 0; i < 4; ++i) run.arrays.PersonStatus[6 + i] = ends[i];
+  small.context.summary = Summary();
+  PrintSummaryTable(small.context);
+  const std::vector<std::string> lines = small.ReportLines();
+  const std::string rule(77, '-');
+  const std::string top = "+" + rule + "+";
+  const std::string middle = "|" + rule + "|";
+  const std::string names =
+      "|          SCORE     COUNT     MEASURE   ERROR      MNSQ   ZSTD   MNSQ   ZSTD |";
+  const auto row = [](const std::string& text) { return "|" + text + "|"; };
+  const std::string blank(48, ' ');
+  ASSERT_GT(lines.size(), 27U);
+  EXPECT_THAT(
+      std::vector(lines.begin() + 5, lines.begin() + 27),
+      ElementsAre(
+          "     SUMMARY OF      5 MEASURED (NON-EXTREME) PERSONS", top,
+          row("           RAW                          MODEL         INFIT        OUTFIT    "),
+          names, middle,
+          row(" MEAN      12.3      18.5         .50     .55      1.00    -.1   1.05     .0 "),
+          row(" S.D.       4.5        .5        1.20     .08       .20    1.1    .40     .9 "),
+          row(" MAX.      19.0      20.0        2.75    1.00      1.90    3.2   9.90    4.1 "),
+          row(" MIN.       2.0      15.0       -3.25     .40       .50   -2.5    .10   -1.4 "),
+          middle,
+          row(" REAL RMSE    .61  ADJ.SD    1.03  SEPARATION  1.70  PERSON RELIABILITY  .74 "),
+          row("MODEL RMSE    .56  ADJ.SD    1.06  SEPARATION  1.91  PERSON RELIABILITY  .79 "),
+          row(" S.E. OF PERSON MEAN = .60" + std::string(51, ' ')),
+          row(" WITH 2 EXTREME = 7 PERSONS  MEAN = .70,  S.D. = 1.50" + std::string(24, ' ')),
+          row(" REAL RMSE    .95  ADJ.SD    1.16  SEPARATION  1.22  PERSON RELIABILITY  .60 "),
+          row("MODEL RMSE    .85  ADJ.SD    1.23  SEPARATION  1.44  PERSON RELIABILITY  .68 "), top,
+          "  MAXIMUM EXTREME SCORE:      1 PERSONS", "  MINIMUM EXTREME SCORE:      1 PERSONS",
+          "      LACKING RESPONSES:      1 PERSONS", "        BEYOND CAPACITY:      2 PERSONS",
+          "                DELETED:      1 PERSONS"));
+  EXPECT_EQ(lines[27], "        VALID RESPONSES:  92.5%CUTLO=-20.0 CUTHI=   .0");
+  EXPECT_EQ(lines[29], "     SUMMARY OF     20 MEASURED ITEMS");
+  EXPECT_EQ(lines.back(), "UMEAN=.000 USCALE=10.000");
+}
+
+// With every entry extreme nothing is divided by a count of 0; REALSE= changes heads and rows.
+TEST(SummaryTable, AllExtremeAndRealErrors) {
+  SmallRun small(2, 2);
+  auto& run = small.run;
+  run.ActivePersons = 0;
+  run.settings.REALSE = 'Y';
+  run.settings.PERSON_LABEL = "SCHOOLCHILD";
+  run.arrays.PersonStatus[1] = Status::ExtremeHigh;
+  run.arrays.PersonStatus[2] = Status::ExtremeLow;
+  small.context.summary = Summary();
+  PrintSummaryTable(small.context);
+  const std::string report = small.Report();
+  for (const char* text :
+       {"SUMMARY OF      0 MEASURED (NON-EXTREME) PERSONS\n",
+        "|           RAW                           REAL ", "2.75    1.25      1.90",
+        "| S.E. OF SCHOOLCHILD MEAN = 1.20 ", "SCHOOLC RELIABILITY  .74|\n"}) {
+    EXPECT_NE(report.find(text), std::string::npos) << text;
+  }
+}
+
+}  // namespace
+}  // namespace vardento::test
