@@ -146,6 +146,10 @@ class Intake {
 void TellRecordCount(Run& run) {
   const std::string text =
       " " + IntegerText(run.personsRead) + " " + run.settings.PERSON_LABEL + " Records Input.";
+  if (run.NPERS == 0 && run.batch) {
+    ReportMessage(run, text.substr(1));  // this is why the run ends
+    return;
+  }
   WriteConsole(run, text);
   if (run.report.IsOpen()) WriteReportText(run, text);
 }

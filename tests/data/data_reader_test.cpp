@@ -174,16 +174,13 @@ TEST(DataReader, ShowsADotForEveryThousandRecords) {
 }
 
 TEST(DataReader, KeepsTheLengthOfTheLongestLabel) {
-  for (const char* records : {"A   1\nBob 1\n", "Bob 1\nA   1\n"}) {
+  for (const auto& [records, longest] : {std::pair("A   1\nBob 1\nC   1\n", 3), {"A1\n", 2}}) {
     DataRun data(records, 1);
     data.settings.NAMLEN = 4;
     data.settings.ITEM1 = 5;
     ReadData(data.run);
-    EXPECT_EQ(data.run.LongestLabel, 3);
+    EXPECT_EQ(data.run.LongestLabel, longest);
   }
-  DataRun unlabelled("1\n", 1);
-  ReadData(unlabelled.run);
-  EXPECT_EQ(unlabelled.run.LongestLabel, 1);
 }
 
 TEST(DataReader, StopsReadingWhenTheUserAsks) {
@@ -201,7 +198,7 @@ TEST(DataReader, EndsTheRunWithoutPersons) {
     DataRun data(records, 1);
     EXPECT_THROW(ReadData(data.run), RunEnded);
     EXPECT_EQ(data.run.RunIoStatus, -1);
-    EXPECT_THAT(data.console.lines, Contains(" 0 PERSON Records Input."));
+    EXPECT_THAT(data.console.lines, Contains("0 PERSON Records Input."));
   }
 }
 
