@@ -31,9 +31,9 @@ const std::map<std::string, Names> kMayInclude{
     {"run", {"platform", "control", "data", "measure", "report", "files", "analysis", "shell"}},
 };
 // The ground floor of `run`: what every folder but `platform` may include.
-const Names kGroundFloor{"run/run.h",           "run/run_arrays.h",    "run/status.h",
-                         "run/work_stores.h",   "run/messages.h",      "run/number_text.h",
-                         "run/report_output.h", "run/work_directory.h"};
+const Names kGroundFloor{"run/run.h",           "run/run_arrays.h",     "run/status.h",
+                         "run/work_stores.h",   "run/messages.h",       "run/number_text.h",
+                         "run/report_output.h", "run/work_directory.h", "run/phase_clock.h"};
 // Records without routines that the ground floor may hold although their folder stands above it.
 const Names kPlainRecords{"control/control_settings.h", "report/table_request.h"};
 

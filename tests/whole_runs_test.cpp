@@ -1,5 +1,6 @@
 // Whole runs of the program, each a directory of tests/runs: control.txt, its data, and under
-// expected/ the files that must come out, to the byte but for the run's date and time. A file
+// expected/ the files that must come out, to the byte but for the run's date and time,
+// the version and the place of the directory. A file
 // "words" holds further words of the command line.
 
 #include <gtest/gtest.h>
@@ -28,9 +29,17 @@ std::vector<std::string> NamesOfRuns() {
   return names;
 }
 
-std::string MaskStamp(const std::string& text) {
+// What differs from run to run and from version to version.
+std::string Mask(std::string text, const std::string& directory) {
   static const std::regex stamp("[A-Z][a-z]{2} [ 0-9][0-9] [ 0-9][0-9]:[0-9]{2} 20[0-9]{2}");
-  return std::regex_replace(text, stamp, "Mon DD HH:MM YYYY");
+  static const std::regex version("VARDENTO [ 0-9.]{4}"), banner("version [0-9.]+");
+  text = std::regex_replace(text, stamp, "Mon DD HH:MM YYYY");
+  text = std::regex_replace(text, version, "VARDENTO V.VV");
+  text = std::regex_replace(text, banner, "version V.VV");
+  for (std::size_t at; (at = text.find(directory)) != std::string::npos;) {
+    text.replace(at, directory.size(), "/");
+  }
+  return text;
 }
 
 std::string UnifiedDiff(const TempDirectory& directory, const std::string& expected,
@@ -64,7 +73,7 @@ TEST_P(WholeRuns, GiveTheFilesExpected) {
   for (const auto& entry : fs::directory_iterator(source / "expected")) {
     const std::string name = entry.path().filename().string();
     const std::string expected = TempDirectory::ReadFile(entry.path());
-    const std::string actual = MaskStamp(TempDirectory::ReadFile(place / name));
+    const std::string actual = Mask(TempDirectory::ReadFile(place / name), directory.Path());
     EXPECT_TRUE(expected == actual) << name << ":\n" << UnifiedDiff(scratch, expected, actual);
     ++compared;
   }
