@@ -15,10 +15,10 @@ cd "$demo"
 echo "Running: vardento control.txt report.txt BATCH=Y"
 "$root/build/vardento" control.txt report.txt BATCH=Y
 
-# The summary of the run: the box with the two rows of counts, means and reliabilities.
-sed -n '/TABLE 3\.1/,$p' report.txt | tr -d '\f' | head -n 42
+# The summary of the run: the box behind the convergence table.
 echo
+awk '/^Standardized Residuals/ { show = 1 } /TABLE 0\.3/ { show = 0 } show' report.txt
 echo "The whole report:  $demo/report.txt"
 for file in persons.csv items.csv; do
-  [ -e "$file" ] && echo "A measure file:    $demo/$file"
+  if [ -e "$file" ]; then echo "A measure file:    $demo/$file"; fi
 done
