@@ -1,4 +1,5 @@
 // Requests for Tables during the run: TABLES=, the lines of TFILE=, and the text of one request.
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <optional>
