@@ -372,11 +372,11 @@ void StartValues::LeaveTotals() {
 }
 
 void EstimateStartValues(Run& run, EstimationListener& listener) {
+  StartValues phase(run, listener);
+  phase.Open();
   run.ActivePersons = run.NPERS;
   run.ActiveItems = run.settings.NI;
   run.ActiveCategories = run.NCATS;
-  StartValues phase(run, listener);
-  phase.Open();
   ProxRecord last;
   for (;;) {
     const ProxRecord record = phase.RunPass();
