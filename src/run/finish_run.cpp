@@ -51,14 +51,19 @@ int CopyReportToFront(Run& run) {
 }
 
 // Adds the lines of a work file to the report, `margin` before each. Reading stops at the first
-// failure.
+// failure; the report is then not whole.
 void AppendWorkFile(Run& run, std::string_view stem, std::string_view margin) {
+  const std::string name = run.workDirectory.NameOf(stem);
+  if (!run.report.IsOpen() || !FileExists(name)) return;
   TextReader file;
-  if (!run.report.IsOpen() || file.Open(run.workDirectory.NameOf(stem)) != kIoOk) return;
-  std::string line;
-  while (file.ReadLine(line) == kIoOk) {
+  int status = file.Open(name);
+  for (std::string line; status == kIoOk && (status = file.ReadLine(line)) == kIoOk;) {
     TellReportFailure(run, run.report.CopyLine(line.insert(0, margin)));
   }
+  if (status == kIoEndOfFile) return;
+  run.outputFailed = true;
+  run.RunIoStatus = status;
+  ReportFileFailure(run, name, 'R');
 }
 
 void AppendControlCopy(Run& run) {

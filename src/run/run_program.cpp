@@ -14,11 +14,10 @@ namespace {
 
 constexpr std::string_view kHelp =
     "Usage: vardento [CONTROL [REPORT]] [VARIABLE=value ...]\n"
-    "\n"
+    "       vardento --help | --version\n"
     "Rasch measurement analysis: reads the Control File CONTROL and the data it\n"
     "names, estimates person measures, item difficulties and step calibrations,\n"
     "and writes numbered Tables to REPORT. What is left out is asked for.\n"
-    "\n"
     "With BATCH=Y nothing is asked: both names must be given, messages go to the\n"
     "report and to standard error, and the exit status is 0 after a good run, 1\n"
     "after a bad one, 2 for a command line that can't be used.\n"
@@ -35,9 +34,7 @@ constexpr std::string_view kHelp =
     "  CSV=      N fixed, Y commas, T tabs     UDECIM=   decimals of measures\n"
     "  UMEAN=    mean item difficulty          USCALE=   user units in a logit\n"
     "\n"
-    "Example: vardento control.txt report.txt BATCH=Y PFILE=persons.csv CSV=Y\n"
-    "\n"
-    "vardento --help shows this, vardento --version the version.\n";
+    "Example: vardento control.txt report.txt BATCH=Y PFILE=persons.csv CSV=Y\n";
 
 }  // namespace
 
