@@ -26,19 +26,25 @@ std::string WithoutControls(std::string_view text) {
 void TerminalConsole::WriteLine(std::string_view text) {
   text = text.substr(0, text.find_last_not_of(' ') + 1);
   WriteToStandardOutput(WithoutControls(text) + "\n");
+  partPending_ = false;
 }
 
 void TerminalConsole::WritePart(std::string_view text) {
   WriteToStandardOutput(WithoutControls(text));
+  partPending_ = true;
 }
 
 bool TerminalConsole::ReadLine(std::string& line) {
   const int interruptsBefore = Interrupts();
   line.clear();
   while (!TakeLine(line)) {
-    if (inputEnded_ || IsClosing() || Interrupts() != interruptsBefore) return false;
+    if (inputEnded_ || IsClosing() || Interrupts() != interruptsBefore) {
+      if (partPending_) WriteLine("");  // nobody has ended the prompt's line
+      return false;
+    }
     if (WaitForInput()) ReadInput();
   }
+  partPending_ = false;
   return true;
 }
 

@@ -27,6 +27,7 @@ class TerminalConsole : public Console {
 
   std::string typed_;  // input that no line was made of yet
   bool inputEnded_ = false;
+  bool partPending_ = false;  // the last line is not finished
 };
 
 }  // namespace vardento

@@ -70,6 +70,8 @@ void ReportMessage(Run& run, std::string_view text) {
 }
 
 void WriteReportText(Run& run, std::string_view line) {
+  // A Table of many lines must not keep the user waiting; the end of the report is always written.
+  if (!run.finished) PumpMessages(run);
   const int status = run.report.PutLine(line, run.settings);
   if (status == kIoOk) return;
   run.outputFailed = true;

@@ -15,7 +15,7 @@ void WriteConsole(Run& run, std::string_view text);
 // when the report is open, to the report.
 void ReportMessage(Run& run, std::string_view text);
 // One plain line of the report, by the rules of ReportOutput::PutLine, with the report's own
-// failure words when it can't be written.
+// failure words when it can't be written. Pumps messages until the run is finished.
 void WriteReportText(Run& run, std::string_view line);
 
 // The message for the file `name` after run.RunIoStatus; operation is 'I', 'O', 'R' or 'W'.
