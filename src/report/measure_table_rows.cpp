@@ -158,7 +158,8 @@ void MeasureTable::PutRow(int n, int entry) {
 
 void MeasureTable::SendToScreenSummary(const ReportLine& line) {
   int& sent = persons_ ? context_.personSummaryLines : context_.itemSummaryLines;
-  if (!fitOrder_ || run_.complete || sent >= kScreenRows) return;
+  const int wanted = std::min(kScreenRows, static_cast<int>(list_.entries.size()));
+  if (!fitOrder_ || run_.complete || sent >= wanted) return;
   if (sent == 0) PutSummaryLine(run_, SecondHeadLine().View(), kScreenWidth);
   PutSummaryLine(run_, line.View(), kScreenWidth);
   ++sent;

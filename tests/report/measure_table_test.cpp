@@ -210,6 +210,13 @@ TEST(MeasureTable, SendsItsFirstRowsToTheScreen) {
   EXPECT_EQ(small.console.lines[0],
             " |NUMBER  SCORE  COUNT  MEASURE  ERROR|MNSQ  ZSTD|MNSQ  ZSTD|CORR.| LLLLLLLLLLL");
   EXPECT_THAT(small.console.lines[4], testing::StartsWith(" |     4 "));
+
+  FitRun few(3);  // a second Table doesn't begin the list anew
+  MeasureTable(few.context, Facet::Persons, "MISFIT").Print();
+  MeasureTable(few.context, Facet::Persons, "MISFIT").Print();
+  few.console.lines.clear();
+  ShowRunSummary(few.run);
+  EXPECT_EQ(few.console.lines.size(), 5U) << "a head, three rows, where the report is";
 }
 
 TEST(MeasureTable, RepeatsItsHeadOnEverySheet) {
