@@ -88,7 +88,7 @@ bool RecordReader::Next(int person) {
     PumpMessages(run_);
     if (run_.StopRequest == 1) return false;
     const int status = ReadRecord();
-    if (status == kIoEndOfFile) {
+    if (status == kIoEndOfFile && !HasBegun()) {
       CloseFile();
       continue;
     }
@@ -137,14 +137,14 @@ void RecordReader::ShowBeforeFormat() {
 }
 
 int RecordReader::ReadRecord() {
-  std::string& record = Record();
-  linesRead_ = 1;
+  linesRead_ = 0;
   if (!reader_->IsOpen()) return kIoEndOfFile;
-  if (!hasFormat_) return reader_->ReadLine(record);
-  const int status =
-      ReadFormattedRecord(*reader_, format_, run_.settings.XWIDE, record, line_, linesRead_);
-  // A file that ends inside a record gives the part that is there.
-  return status == kIoEndOfFile && linesRead_ > 0 ? kIoOk : status;
+  if (!hasFormat_) return reader_->ReadLine(Record());
+  return ReadFormattedRecord(*reader_, format_, run_.settings.XWIDE, Record(), line_, linesRead_);
+}
+
+bool RecordReader::HasBegun() {
+  return linesRead_ > 0 && !IsEndMark() && !(IsBlank(Record()) && IsBlank(line_));
 }
 
 bool RecordReader::IsEndMark() {

@@ -52,6 +52,8 @@ class RecordReader {
   bool OpenNextFile();
   void ShowBeforeFormat();
   int ReadRecord();
+  // True when the file has ended inside a record, not at blank lines or a mark behind the last one.
+  bool HasBegun();
   bool IsEndMark();
   void ShowFirst();
   void CloseFile();
