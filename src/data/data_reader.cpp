@@ -168,6 +168,7 @@ void ScorePersons(Run& run, const ScoreTable& scores) {
     }
     WriteScoredRow(run, p, scored);
   }
+  FlushPersonFiles(run);
 }
 
 void CheckCodeCount(Run& run) {
@@ -191,6 +192,7 @@ void ReadData(Run& run) {
   run.NPERS = run.personsRead = 0;
   run.LongestLabel = 1;
   Intake(run).ReadRecords();
+  FlushPersonFiles(run);
   TellRecordCount(run);
   if (run.NPERS == 0) {
     run.RunIoStatus = -1;

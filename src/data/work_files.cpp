@@ -19,6 +19,12 @@ constexpr std::string_view kCodesFile = "PERSON CODES FILE";
 constexpr std::string_view kScoredFile = "PERSON SCORED FILE";
 constexpr std::string_view kWorkFile = "PERSON WORK FILE";
 
+constexpr std::string_view kNameWriteFailure = " PERSON NAME FILE WRITE FAILURE AT PERSON RECORD =";
+constexpr std::string_view kCodesWriteFailure =
+    " PERSON CODES FILE WRITE FAILURE AT PERSON RECORD =";
+constexpr std::string_view kScoredWriteFailure =
+    " PERSON SCORED FILE WRITE FAILURE AT PERSON RECORD =";
+
 void OpenPersonFile(Run& run, DirectFile& file, std::string_view stem, int recordLength,
                     std::string_view nameInMessages) {
   file.Close();
@@ -81,6 +87,14 @@ void AllocateStores(Run& run) {
   run.stores.responseMatrix.Allocate(run.memory, persons * items + kMatrixSpare);
 }
 
+void FlushPersonFiles(Run& run) {
+  WorkStores& stores = run.stores;
+  const int last = run.NPERS;
+  CheckRecord(run, stores.personNames.Flush(), kNameWriteFailure, last, kNameFile, 'W');
+  CheckRecord(run, stores.codedRows.Flush(), kCodesWriteFailure, last, kCodesFile, 'W');
+  CheckRecord(run, stores.scoredRows.Flush(), kScoredWriteFailure, last, kScoredFile, 'W');
+}
+
 void WritePersonName(Run& run, int person, std::string_view label) {
   if (run.settings.NAMLEN < 1) return;
   const auto length = static_cast<std::size_t>(run.settings.NAMLEN);
@@ -88,8 +102,7 @@ void WritePersonName(Run& run, int person, std::string_view label) {
       label.size() == length
           ? run.stores.personNames.Write(person, label.data())
           : run.stores.personNames.Write(person, PadRight(label, run.settings.NAMLEN).data());
-  CheckRecord(run, status, " PERSON NAME FILE WRITE FAILURE AT PERSON RECORD =", person, kNameFile,
-              'W');
+  CheckRecord(run, status, kNameWriteFailure, person, kNameFile, 'W');
 }
 
 std::string ReadPersonName(Run& run, int person) {
@@ -103,8 +116,7 @@ std::string ReadPersonName(Run& run, int person) {
 
 void WriteCodedRow(Run& run, int person, const std::uint8_t* row) {
   const int status = run.stores.codedRows.Write(person, row);
-  CheckRecord(run, status, " PERSON CODES FILE WRITE FAILURE AT PERSON RECORD =", person,
-              kCodesFile, 'W');
+  CheckRecord(run, status, kCodesWriteFailure, person, kCodesFile, 'W');
 }
 
 void ReadCodedRow(Run& run, int person, std::uint8_t* row) {
@@ -115,8 +127,7 @@ void ReadCodedRow(Run& run, int person, std::uint8_t* row) {
 
 void WriteScoredRow(Run& run, int person, const std::uint8_t* row) {
   const int status = run.stores.scoredRows.Write(person, row);
-  CheckRecord(run, status, " PERSON SCORED FILE WRITE FAILURE AT PERSON RECORD =", person,
-              kScoredFile, 'W');
+  CheckRecord(run, status, kScoredWriteFailure, person, kScoredFile, 'W');
   std::uint8_t* stored = MatrixRow(run, person);
   if (stored && stored != row) std::memcpy(stored, row, static_cast<std::size_t>(run.settings.NI));
 }

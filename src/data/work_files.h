@@ -13,6 +13,10 @@ namespace vardento {
 void OpenWorkFiles(Run& run);   // ZMM, ZNN, ZPP, ZQQ; needs NI and NAMLEN
 void AllocateStores(Run& run);  // the two optional stores; neither is missed when refused
 
+// Writes what the person files still hold back, so that a disk that is full by then is told as a
+// failed write, not by the next reading.
+void FlushPersonFiles(Run& run);
+
 void WritePersonName(Run& run, int person, std::string_view label);
 // The label, NAMLEN characters, trailing blanks included; "" when NAMLEN is below 1.
 std::string ReadPersonName(Run& run, int person);

@@ -1,9 +1,11 @@
 #include "data/work_files.h"
 
+#include <errno.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "data/data_run.h"
+#include "platform/file.h"
 
 namespace vardento::test {
 namespace {
@@ -95,6 +97,22 @@ TEST(WorkFiles, ReadFailuresNameFileAndPerson) {
     EXPECT_EQ(data.console.lines[1], c.file);
     EXPECT_EQ(data.run.RunIoStatus, -1);
   }
+}
+
+// The rows of a small run are written last of all: that the disk is full then is no fault of
+// reading.
+TEST(WorkFiles, TellAFullDiskAsAFailedWrite) {
+  DataRun data("", 3);
+  data.settings.NAMLEN = 2;
+  data.run.NPERS = 1;
+  OpenWorkFiles(data.run);
+  WriteCodedRow(data.run, 1, data.run.arrays.ScoredRow.Data());
+  FailFileOperation(1, ENOSPC);
+  EXPECT_THROW(FlushPersonFiles(data.run), RunEnded);
+  FailFileOperation(0, 0);
+  EXPECT_THAT(data.console.lines,
+              testing::ElementsAre(" PERSON CODES FILE WRITE FAILURE AT PERSON RECORD =1",
+                                   "PERSON CODES FILE", "Not Enough Disk Space"));
 }
 
 }  // namespace
