@@ -77,9 +77,11 @@ void ReadFromFile(Run& run, ControlState& state, int& faults) {
   faults = 0;
 }
 
+// The copy goes into the file that reserves the run's number: it is there, empty, and must not be
+// removed and made anew, or another run could take the number in between.
 void OpenCopy(Run& run) {
   const std::string name = run.workDirectory.NameOf("ZIN");
-  run.RunIoStatus = run.input.copy.Open(name, FileMode::ReplacePrivate);
+  run.RunIoStatus = run.input.copy.Open(name, FileMode::Update);
   if (run.RunIoStatus != kIoOk) FatalFileFailure(run, name, 'O');
 }
 

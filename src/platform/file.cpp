@@ -50,9 +50,8 @@ int FlagsOf(FileMode mode) {
     case FileMode::Replace:
       return common | O_WRONLY | O_CREAT;
     case FileMode::CreateExclusive:
-      return common | O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW;
     case FileMode::ReplacePrivate:
-      return common | O_RDWR | O_CREAT | O_NOFOLLOW;
+      return common | O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW;
   }
   return common;
 }
@@ -62,26 +61,29 @@ int CheckKind(int descriptor, FileMode mode) {
   struct stat info;
   if (fstat(descriptor, &info) != 0) return StatusOfErrno(errno);
   if (S_ISDIR(info.st_mode)) return EISDIR;
-  if (S_ISREG(info.st_mode)) {
-    const bool ownedByOther =
-        mode == FileMode::ReplacePrivate && (info.st_uid != geteuid() || info.st_nlink != 1);
-    return ownedByOther ? EACCES : kIoOk;
-  }
+  if (S_ISREG(info.st_mode)) return kIoOk;
   // The user may send a report to a device (/dev/null); nothing else is read from or kept there.
   return mode == FileMode::Replace && S_ISCHR(info.st_mode) ? kIoOk : EINVAL;
 }
 
 int CutToNothing(int descriptor, FileMode mode) {
-  if (mode != FileMode::Replace && mode != FileMode::ReplacePrivate) return kIoOk;
+  if (mode != FileMode::Replace) return kIoOk;
   struct stat info;
   if (fstat(descriptor, &info) != 0) return StatusOfErrno(errno);
   if (!S_ISREG(info.st_mode)) {  // a device: nothing to cut, but its writes may wait
     return fcntl(descriptor, F_SETFL, O_WRONLY) == 0 ? kIoOk : StatusOfErrno(errno);
   }
-  if (mode == FileMode::ReplacePrivate && fchmod(descriptor, S_IRUSR | S_IWUSR) != 0) {
-    return StatusOfErrno(errno);
-  }
   return ftruncate(descriptor, 0) == 0 ? kIoOk : StatusOfErrno(errno);
+}
+
+// A work file that is made anew: the old one goes first. What isn't a plain file of this user's own
+// stays, and the exclusive creation behind this fails on it.
+void RemoveOwnFile(const std::string& path) {
+  struct stat info;
+  if (lstat(path.c_str(), &info) != 0) return;
+  if (S_ISREG(info.st_mode) && info.st_uid == geteuid() && info.st_nlink == 1) {
+    ::unlink(path.c_str());
+  }
 }
 
 }  // namespace
@@ -108,6 +110,7 @@ int File::Open(const std::string& path, FileMode mode) {
   if (path.find('\0') != std::string::npos) return kIoFileNotFound;
   const bool isPrivate = mode == FileMode::CreateExclusive || mode == FileMode::ReplacePrivate;
   const mode_t permissions = isPrivate ? 0600 : 0666;
+  if (mode == FileMode::ReplacePrivate) RemoveOwnFile(path);
   int descriptor = -1;
   do {
     descriptor = ::open(path.c_str(), FlagsOf(mode), permissions);

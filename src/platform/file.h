@@ -15,7 +15,7 @@ enum class FileMode {
   Update,           // an existing regular file, to read and write
   Replace,          // created or cut to nothing, for a file the user named
   CreateExclusive,  // must not exist; mode 0600; links are not followed
-  ReplacePrivate,   // a work file: created with mode 0600 or cut to nothing; links not followed
+  ReplacePrivate,   // a work file: as CreateExclusive, after removing one of this user's own
 };
 
 // Makes the n-th file operation (open, read, write, close, counted from 1) from now on fail with
