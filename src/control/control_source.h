@@ -31,6 +31,7 @@ struct ControlState {
   int ControlSource = kControlFile;
   int SavedSource = kControlFile;       // the source that the first supplemental file was called in
   bool EndFlag = false;                 // &END was met
+  bool enteredBatch = false;            // a line of this pass asked for batch mode
   std::size_t nextWord = 0;             // words taken, or characters of the prompt's field
   std::vector<TextReader> supplements;  // source 20 and on
   ControlLineParts parts;               // the line in hand

@@ -101,7 +101,7 @@ constexpr KeywordRow kRows[] = {
     TextRow("ALPHANUM", "AL", 256, &Settings::ALPHANUM,
             "alphabet in which the place of a code is its score"),
     FlagRow("ASCII", "AS", &Settings::ASCII, "plain characters for the lines and boxes of Tables"),
-    FlagRow("BATCH", "B", &Settings::BATCH, "runs without any prompt"),
+    FlagRow("BATCH", "B", &Settings::BATCH, "runs without any prompt", StoreBatch),
     TextRow("CODES", "COD", 1000, &Settings::CODES, "the response codes that are valid",
             StoreCodes),
     CharacterRow("CSV", "CS", &Settings::CSV,

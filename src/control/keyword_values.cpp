@@ -34,6 +34,14 @@ std::string FileNameOf(std::string_view value) {
   return CutText(Trim(value), kFileNameLength);
 }
 
+// In a batch run, which ends at the first file that fails, the files of category and code labels
+// are left to the checks, which name the variable too.
+bool IsPreparedLater(const KeywordCall& call) {
+  const std::string* target = &Target<std::string>(call);
+  const bool labels = target == &call.Settings().CFILE || target == &call.Settings().CLFILE;
+  return labels && call.run.batch;
+}
+
 void StoreListFile(KeywordCall& call) {
   const bool isList = Trim(call.value) == "*";
   if (call.state.ControlPass == kSecondPass) {
@@ -45,7 +53,9 @@ void StoreListFile(KeywordCall& call) {
     ReadSubList(call.run, call.state, target, call.row.listTag);
   } else {
     target = FileNameOf(call.value);
-    if (!target.empty() && !HoldsFieldSpecification(target)) PrepareFile(call.run, target);
+    if (!target.empty() && !HoldsFieldSpecification(target) && !IsPreparedLater(call)) {
+      PrepareFile(call.run, target);
+    }
     call.run.RunIoStatus = 0;
   }
   if (call.row.listState == nullptr) return;
@@ -104,6 +114,17 @@ void CountKey(KeywordCall& call) {
 
 void CountIvalue(KeywordCall& call) {
   if (!call.IsBlank()) ++call.Settings().NIVALUE;
+}
+
+// Followed at once, so that a fault behind it is told where a batch run's faults are told. What the
+// command line asked for at the start is not undone by the Control File.
+void StoreBatch(KeywordCall& call) {
+  call.Settings().BATCH = call.value.front();
+  const bool asked = YesNo(call.value.front()) == 'Y';
+  if (asked != call.run.batch && (asked || call.state.enteredBatch)) {
+    call.state.enteredBatch = asked;
+    call.run.SetBatchMode(asked);
+  }
 }
 
 void StoreCodes(KeywordCall& call) {

@@ -28,6 +28,7 @@ void ApplyKeyword(KeywordCall& call);
 void OpenSupplementFile(KeywordCall& call);
 void CountKey(KeywordCall& call);
 void CountIvalue(KeywordCall& call);
+void StoreBatch(KeywordCall& call);
 void StoreCodes(KeywordCall& call);
 void StoreUpperCase(KeywordCall& call);
 void StoreGroupsState(KeywordCall& call);

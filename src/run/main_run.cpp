@@ -25,18 +25,6 @@ void StampRun(Run& run) {
   run.RunStamp = MakeRunStamp(now.month, now.day, now.hour, now.minute, now.year);
 }
 
-// The Control File may ask for batch mode as well as the command line.
-void FollowBatchSetting(Run& run) {
-  const char batch = UpperCase(run.settings.BATCH);
-  if (batch == 'Y' || batch == '1') EnterBatchMode(run);
-  if (run.batch) run.settings.BATCH = 'Y';
-}
-
-void ReadSettings(Run& run) {
-  ReadControlVariables(run);
-  FollowBatchSetting(run);
-}
-
 void ReadItemSettings(Run& run) {
   AllocateItemBlock(run);
   ReserveItemTexts(run);
@@ -96,7 +84,7 @@ void AnalyseData(Run& run) {
   StampRun(run);
   StartDialogue(run);
   run.phases.Enter(Phase::Intake);
-  ReadSettings(run);
+  ReadControlVariables(run);
   ReadItemSettings(run);
   EnterReportMenu(run);
   WriteBanner(run);
@@ -138,7 +126,6 @@ int MainRun(Run& run, const std::vector<std::string>& words) {
     AnalyseData(run);
   } catch (const RunEnded&) {
     if (run.RunIoStatus == 0) run.RunIoStatus = -1;
-    FollowBatchSetting(run);
   }
   FinishRun(run);
   run.phases.Stop();

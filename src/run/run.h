@@ -45,8 +45,14 @@ struct ProgressBar {
 };
 
 struct Run {
-  explicit Run(Console& userConsole) : console(&userConsole) {}
+  explicit Run(Console& user) : userConsole(&user), console(&user) {}
+  // Batch mode or not from here on: in it nothing is shown and nobody is asked.
+  void SetBatchMode(bool on) {
+    batch = on;
+    console = on ? &silentConsole : userConsole;
+  }
 
+  Console* userConsole;         // the one that the process was started at
   Console* console;             // never null; a silent one in batch mode
   SilentConsole silentConsole;  // takes the console's place in batch mode
   bool batch = false;

@@ -164,11 +164,6 @@ CommandLine ScanCommandLine(const std::vector<std::string>& words) {
   return line;
 }
 
-void EnterBatchMode(Run& run) {
-  run.batch = true;
-  run.console = &run.silentConsole;
-}
-
 void CheckWorkDirectory(Run& run) {
   for (const std::string& directory : {DefaultWorkDirectory(), SecondWorkDirectory()}) {
     if (run.workDirectory.Prepare(directory)) return;
@@ -185,7 +180,7 @@ void CheckWorkDirectory(Run& run) {
 void StartDialogue(Run& run) {
   StartUp& startUp = run.startUp;
   const CommandLine line = ScanCommandLine(startUp.words);
-  if (line.batch) EnterBatchMode(run);
+  if (line.batch) run.SetBatchMode(true);
   startUp.ControlFileName = line.ControlFileName;
   startUp.ReportFileName = line.ReportFileName;
   startUp.StartDirectory = CurrentDirectory();

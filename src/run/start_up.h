@@ -28,9 +28,6 @@ void StartDialogue(Run& run);
 // can be used.
 void CheckWorkDirectory(Run& run);
 
-// From here on the run is a batch run: nothing is shown, nobody is asked.
-void EnterBatchMode(Run& run);
-
 // "Nov 22  9:05 2026", 17 characters, from a month (1 to 12), day, hour, minute and year.
 std::string MakeRunStamp(int month, int day, int hour, int minute, int year);
 

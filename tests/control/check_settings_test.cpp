@@ -31,6 +31,7 @@ TEST(CheckSettings, EndsTheRunInItsOwnWords) {
       {"NI=20000\nXWIDE=2\nCODES=0011\nITEM1=5",
        " ITEMS OVERFLOW MAXIMUM RECORD LENGTH:\n  MAXIMUM RECORD LENGTH (MAXREC) IS 32000, "
        "ITEM1=5, NI=20000, XWIDE=2, ENDS AT 40004\n"},
+      {"CFILE=absent", "PROBLEM WITH CFILE=absent\nabsent\n"},
       {"NI=32000\nXWIDE=32000\nCODES=01\nMISSING=0", "THIS DOES NOT AGREE WITH XWIDE=32000\n"},
   };
   for (const auto& c : cases) {
@@ -38,6 +39,18 @@ TEST(CheckSettings, EndsTheRunInItsOwnWords) {
     EXPECT_FALSE(control.ReadFirst()) << c.lines;
     EXPECT_THAT(control.Said(), HasSubstr(c.said)) << c.lines;
   }
+}
+
+TEST(CheckSettings, FollowsABatchSettingOfTheFileAtOnce) {
+  ControlText faulty("BATCH=Y\nFOO=1\n&END\n");
+  faulty.test.run.batch = false;
+  faulty.test.OpenReport();
+  EXPECT_FALSE(faulty.ReadFirst());
+  EXPECT_THAT(faulty.test.Report(), HasSubstr("UNRECOGNIZED VARIABLE (CHECK SPELLING): FOO=1\n"));
+  ControlText undone("BATCH=Y\n&END\n", {"BATCH=N"});
+  undone.test.run.batch = false;
+  EXPECT_TRUE(undone.ReadFirst());
+  EXPECT_FALSE(undone.test.run.batch);
 }
 
 TEST(CheckSettings, WarnsAndGoesOn) {
