@@ -100,7 +100,7 @@ void ShowRunSummary(Run& run) {
     std::string line;
     if (reader.Open(run.workDirectory.NameOf("ZRR")) == kIoOk) {
       while (reader.ReadLine(line, kScreenWidth) == kIoOk) {
-        if (run.settings.ASCII != 'N') MapGraphics(line);
+        MapGraphics(line);  // whatever ASCII= says of the report: a screen has no page of bytes
         WriteConsole(run, line);
       }
     }

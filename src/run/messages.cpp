@@ -80,7 +80,9 @@ void WriteReportText(Run& run, std::string_view line) {
   run.RunIoStatus = status;
   ReportFileFailure(run, run.report.Name(), 'W');
   WriteConsole(run, " FAILED TO WRITE:");
-  WriteConsole(run, line);
+  std::string shown(line);
+  MapGraphics(shown);
+  WriteConsole(run, shown);
   run.report.PutLine(line, run.settings);
   --run.report.LinesOnPage;  // the line counts once
   ReportFileFailure(run, run.report.Name(), 'W');

@@ -62,6 +62,17 @@ TEST(RunSummary, PrintsTheBoxAndLeavesTheDigest) {
   EXPECT_EQ(small.console.lines.back(), " Output written to " + small.run.startUp.ReportFileName);
 }
 
+// ASCII=N leaves the box characters to the report; a screen would show them as rubbish.
+TEST(RunSummary, ScreenHasPlainRulesUnderAsciiNo) {
+  SmallRun small(35, 18);
+  small.run.settings.ASCII = 'N';
+  WriteRunSummary(small.run, Summary());
+  ShowRunSummary(small.run);
+  ASSERT_GT(small.console.lines.size(), 2U);
+  EXPECT_EQ(small.console.lines[1], " +" + std::string(76, '-') + "+");
+  EXPECT_EQ(small.ReportLines()[1], "\xDA" + std::string(76, '\xC4') + "\xBF");
+}
+
 TEST(SummaryTable, PrintsBothSections) {
   SmallRun small(9, 20);
   auto& run = small.run;

@@ -142,11 +142,12 @@ TEST(PutLine, FollowsTheControlColumnAndTheGraphicsTable) {
 TEST(WriteReportText, TellsOfAFullDiskOnceHoweverManyLinesFollow) {
   TestRun test("", false);
   ASSERT_EQ(test.run.report.Open("/dev/full", FileMode::Replace), kIoOk);
-  for (int i = 0; i < 5000; ++i) WriteReportText(test.run, " a line of the report");
+  for (int i = 0; i < 5000; ++i) WriteReportText(test.run, " \xB3 a line of the report");
   EXPECT_EQ(
       std::count(test.console.lines.begin(), test.console.lines.end(), "Not Enough Disk Space"),
       2);  // the failure and that of the second try
   EXPECT_LT(test.console.lines.size(), 10U);
+  EXPECT_THAT(test.console.lines, testing::Contains(" | a line of the report"));
   EXPECT_TRUE(test.run.outputFailed);
   EXPECT_EQ(test.run.RunIoStatus, 0);  // the run goes on
 }
