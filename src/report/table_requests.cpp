@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/directories.h"
 #include "platform/io_status.h"
 #include "platform/text_file.h"
 #include "report/report_writer.h"
@@ -76,7 +77,8 @@ void RunTableList(ReportContext& context) {
   Run& run = context.run;
   const std::string name = run.settings.TFILE;
   TextReader reader;
-  int status = reader.Open(name);
+  // Every Table would lengthen a list that is the report itself: it would never end.
+  int status = IsSameFile(name, run.report.Name()) ? kIoEndOfFile : reader.Open(name);
   if (status != kIoOk) {
     run.outputFailed = true;
     ReportMessage(run, "PROBLEM OPENING TABLE FILE: " + name);

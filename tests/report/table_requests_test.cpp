@@ -85,6 +85,16 @@ TEST(RunRequestedTables, TellsOfAListThatIsNotThere) {
   EXPECT_TRUE(small.run.outputFailed);
 }
 
+// A list that grows by each Table it asks for has no end.
+TEST(RunRequestedTables, TakesNoListFromTheReport) {
+  SmallRun small(3, 3);
+  small.run.settings.TFILE = small.run.report.Name();
+  RunRequestedTables(small.context);
+  EXPECT_THAT(small.console.lines,
+              ElementsAre("PROBLEM OPENING TABLE FILE: " + small.run.settings.TFILE));
+  EXPECT_TRUE(small.run.outputFailed);
+}
+
 // A stop that the user asks for while Tables are printed leaves the rest out.
 TEST(RunRequestedTables, StopsBetweenTables) {
   SmallRun small(3, 3);
