@@ -1,5 +1,7 @@
 #include "run/main_run.h"
 
+#include <algorithm>
+
 #include "control/control_reader.h"
 #include "control/entry_lists.h"
 #include "control/item_specifications.h"
@@ -121,7 +123,8 @@ int ExitStatus(const Run& run) {
 }  // namespace
 
 int MainRun(Run& run, const std::vector<std::string>& words) {
-  run.startUp.words = words;
+  // An empty word ends the command line.
+  run.startUp.words.assign(words.begin(), std::find(words.begin(), words.end(), std::string()));
   try {
     AnalyseData(run);
   } catch (const RunEnded&) {

@@ -141,7 +141,6 @@ CommandLine ScanCommandLine(const std::vector<std::string>& words) {
   CommandLine line;
   bool inSubList = false;
   for (const std::string& word : words) {
-    if (word.empty()) break;
     const bool hasEquals = word.find('=') != std::string::npos;
     const bool hasStar = word.find('*') != std::string::npos;
     line.hasVariables = line.hasVariables || hasEquals;

@@ -29,7 +29,6 @@ TEST(ScanCommandLine, TellsNamesVariablesAndSubListsApart) {
       {{"c", "r", "third"}, "c", "r", false, false, "third"},
       {{"c", "r", "IDFILE=*", "3", "5-7", "*", "NI=2"}, "c", "r", false, true, ""},
       {{"c", "r", "IDFILE=*", "3", "*", "third"}, "c", "r", false, true, "third"},
-      {{"c", "", "r"}, "c", "", false, false, ""},
   };
   for (const Case& c : cases) {
     const CommandLine line = ScanCommandLine(c.words);
