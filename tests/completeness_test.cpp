@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 std::map<std::string, std::set<std::string>> DocumentedVariables() {
   std::map<std::string, std::set<std::string>> variables;
   std::istringstream page(
-      TempDirectory::ReadFile(std::string(VARDENTO_SOURCE_DIR) + "/docs/CONTROL_VARIABLES.md"));
+      TempDirectory::ReadFile(VARDENTO_SOURCE_DIR "/docs/CONTROL_VARIABLES.md"));
   for (std::string line; std::getline(page, line);) {
     std::istringstream cells(line);
     std::string empty, name, prefixes;

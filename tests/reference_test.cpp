@@ -32,7 +32,7 @@ void PrintTo(const Case& c, std::ostream* out) { *out << c.name; }
 class Reference : public testing::TestWithParam<Case> {};
 
 std::string ReferenceFile(const std::string& name, const char* part) {
-  return std::string(VARDENTO_SOURCE_DIR) + "/tests/data_reference/" + name + "." + part + ".csv";
+  return VARDENTO_SOURCE_DIR "/tests/data_reference/" + name + "." + part + ".csv";
 }
 
 double Number(const CsvRow& row, const char* column) { return std::stod(row.at(column)); }
@@ -85,7 +85,7 @@ void CompareSteps(const Run& run, const std::vector<CsvRow>& reference) {
 TEST_P(Reference, MeasuresStepsAndFitAgree) {
   const Case& c = GetParam();
   WholeRun whole;
-  const std::string source = std::string(VARDENTO_SOURCE_DIR) + "/" + c.directory;
+  const std::string source = VARDENTO_SOURCE_DIR "/" + std::string(c.directory);
   std::filesystem::copy(source, whole.directory.Path(), std::filesystem::copy_options::recursive);
   std::vector<std::string> words{"LCONV=.00005", "RCONV=.0005", "UMEAN=0", "USCALE=1"};
   words.insert(words.end(), c.words.begin(), c.words.end());
