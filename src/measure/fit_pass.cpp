@@ -15,8 +15,6 @@ constexpr std::int16_t kMissingResidual = -32768;
 constexpr double kLeastVariance = 0.001;  // keeps a standard error finite
 constexpr char kResidualFailure[] = " STANDARDIZED RESIDUAL WORK FILE FAILURE AT RECORD =";
 
-std::string DecimalsFormat(int decimals) { return "(F8." + IntegerText(decimals) + ")"; }
-
 }  // namespace
 
 FitPass::FitPass(Run& run)
@@ -25,7 +23,7 @@ FitPass::FitPass(Run& run)
       settings_(run.settings),
       correlates_(run.settings.PTBIS != 'Y'),
       writesResiduals_(run.settings.PRCOMP != 'N'),
-      zeroText_(FixedText(0, DecimalsFormat(run.settings.UDECIM), 8)),
+      zeroText_(FixedText(0, run.settings.numberFormat, 8)),
       here_(std::max(run.largestGroupTop, 1)),
       below_(std::max(run.largestGroupTop, 1)),
       p_(static_cast<std::size_t>(run.MAXCAT) + 2, 0.0) {}
@@ -278,7 +276,7 @@ bool FitPass::ShowsDisplacement(const FitSums& sums, double displacement, double
     return false;
   }
   const auto shown = static_cast<float>(std::fabs(displacement * bias));
-  return FixedText(shown, DecimalsFormat(settings_.UDECIM), 8) != zeroText_;
+  return FixedText(shown, settings_.numberFormat, 8) != zeroText_;
 }
 
 void FitPass::ClosePerson(PersonInHand& person) {

@@ -26,7 +26,7 @@ struct FitSums {
   double infitVariance = 0;        // max(C - V squared, 0)
   double outfitVariance = 0;       // C / V squared
   // Unweighted, for the variance totals.
-  double t = 0, tt = 0, zz = 0;
+  double t = 0, tt = 0;
   std::int64_t observations = 0;
 };
 

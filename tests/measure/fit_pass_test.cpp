@@ -1,0 +1,133 @@
+// What the fit pass leaves behind for every category, against sums taken straight from the
+// definitions over the responses, the final measures and the final steps.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "support/whole_run.h"
+
+namespace vardento::test {
+namespace {
+
+constexpr int kTop = 3;
+constexpr int kItems = 6;
+// The fifth person is extreme, the seventh has no responses; a dot is a missing response, which
+// counts for the others only.
+const std::vector<std::string> kRows = {"012131", "1.2023", "321.10", "230312", "33.333",
+                                        "02110.", "......", "113202", "2031.1", "310021"};
+
+class FitOfCategories : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string text =
+        "TITLE=T\nNI=6\nITEM1=1\nNAME1=7\nNAMLEN=1\nCODES=0123\nLCONV=.0001\nRCONV=.001\n&END\n"
+        "A\nB\nC\nD\nE\nF\nEND LABELS\n";
+    for (const std::string& row : kRows) text += row + "\n";
+    data.directory.Write("control.txt", text);
+    ASSERT_EQ(data.Execute({"TABLES=0"}), 0);
+  }
+  // Probabilities of the categories at d: exp(k d - F(1) - ... - F(k)), scaled to a sum of 1.
+  std::vector<double> At(double d) const {
+    std::vector<double> p{1};
+    double sum = 1;
+    for (int k = 1; k <= kTop; ++k) {
+      p.push_back(p.back() * std::exp(d - data.run.arrays.StepCalibration[Place(k)]));
+      sum += p.back();
+    }
+    for (double& value : p) value /= sum;
+    return p;
+  }
+  static double Mean(const std::vector<double>& p) {
+    double mean = 0;
+    for (int k = 1; k <= kTop; ++k) mean += k * p[static_cast<std::size_t>(k)];
+    return mean;
+  }
+  int Place(int k) const { return data.run.arrays.GroupStart[1] + k; }
+
+  WholeRun data;
+};
+
+TEST_F(FitOfCategories, IsTheSumOverItsObservations) {
+  const RunArrays& a = data.run.arrays;
+  struct Category {
+    double n = 0, expected = 0, y = 0, variance = 0, z = 0, zVariance = 0, d = 0, expectedD = 0,
+           information = 0;
+    int hits = 0, matches = 0;
+  };
+  std::vector<Category> all(kTop + 1);
+  double missing = 0, missingD = 0;
+  for (std::size_t n = 0; n < kRows.size(); ++n) {
+    const int person = static_cast<int>(n) + 1;
+    if (a.PersonStatus[person] < 1) continue;
+    for (int i = 1; i <= kItems; ++i) {
+      const double d = static_cast<double>(a.PersonMeasure[person]) - a.ItemMeasure[i];
+      const char response = kRows[n][static_cast<std::size_t>(i) - 1];
+      if (response == '.') {
+        missing += 1;
+        missingD += d;
+        continue;
+      }
+      const std::vector<double> p = At(d);
+      const double mean = Mean(p);
+      double v = 0, below = 0;
+      for (int k = 0; k <= kTop; ++k) v += (k - mean) * (k - mean) * p[static_cast<std::size_t>(k)];
+      for (int k = 0; k <= kTop; ++k) {
+        const double share = (k - mean) * (k - mean) * p[static_cast<std::size_t>(k)];
+        Category& c = all[static_cast<std::size_t>(k)];
+        c.expected += p[static_cast<std::size_t>(k)];
+        c.expectedD += d * p[static_cast<std::size_t>(k)];
+        c.variance += share;
+        c.zVariance += share / v;
+        if (k > 0) c.information += below * (1 - below);
+        below += p[static_cast<std::size_t>(k)];
+      }
+      const int x = response - '0';
+      Category& c = all[static_cast<std::size_t>(x)];
+      c.n += 1;
+      c.d += d;
+      c.y += (x - mean) * (x - mean);
+      c.z += (x - mean) * (x - mean) / v;
+      const int nearest = std::clamp(static_cast<int>(std::lround(mean)), 0, kTop);
+      ++all[static_cast<std::size_t>(nearest)].hits;
+      if (nearest == x) ++c.matches;
+    }
+  }
+  for (int k = 0; k <= kTop; ++k) {
+    SCOPED_TRACE(k);
+    const Category& c = all[static_cast<std::size_t>(k)];
+    const int p = Place(k);
+    EXPECT_NEAR(a.CategoryExpectedCount[p], c.n - c.expected, 1e-4);
+    EXPECT_NEAR(a.CategoryObservedY[p], c.y / c.n / (c.variance / c.expected), 1e-4);
+    EXPECT_NEAR(a.CategoryObservedZ[p], c.z / c.n / (c.zVariance / c.expected), 1e-4);
+    EXPECT_NEAR(a.CategoryObservedMeasure[p], c.d / c.n, 1e-4);
+    EXPECT_NEAR(a.CategoryExpectedMeasure[p], c.expectedD / c.n, 1e-4);
+    EXPECT_NEAR(a.CategoryInformation[p], c.information, 1e-4);
+    EXPECT_EQ(a.CategoryExpectedHits[p], c.hits);
+    EXPECT_EQ(a.CategoryMatches[p], c.matches);
+  }
+  EXPECT_EQ(a.GroupMissingCount[1], missing);
+  EXPECT_NEAR(a.GroupMissingMeasure[1], missingD / missing, 1e-4);
+  EXPECT_EQ(data.run.PersonsReported, 9);
+  EXPECT_EQ(data.run.ItemsReported, kItems);
+}
+
+TEST_F(FitOfCategories, LandmarksLieWhereTheModelPutsThem) {
+  const RunArrays& a = data.run.arrays;
+  for (int k = 0; k <= kTop; ++k) {
+    SCOPED_TRACE(k);
+    const double score = k == 0 ? 0.25 : k == kTop ? kTop - 0.25 : k;
+    EXPECT_NEAR(Mean(At(a.CategoryMeasurePoint[Place(k)])), score, 0.01);
+    if (k == 0) continue;
+    EXPECT_NEAR(Mean(At(a.CategoryHalfPoint[Place(k)])), k - 0.5, 0.01);
+    double above = 0;
+    const std::vector<double> p = At(a.CategoryThurstone[Place(k)]);
+    for (int j = k; j <= kTop; ++j) above += p[static_cast<std::size_t>(j)];
+    EXPECT_NEAR(above, 0.5, 0.0002);
+  }
+}
+
+}  // namespace
+}  // namespace vardento::test
