@@ -83,9 +83,10 @@ class StepUpdate {
     for (int k = 0; k <= top_; ++k) {
       if (StatusAt(k) <= 0) continue;
       previous_[static_cast<std::size_t>(k)] = StepAt(k);
-      const double residual = Observed(k) - Expected(k);
+      // As a 32-bit value: residuals that differ by rounding alone are a tie, and the first stays.
+      const auto residual = static_cast<float>(Observed(k) - Expected(k));
       if (StatusAt(k) == 1 && std::fabs(residual) > std::fabs(result_.residual)) {
-        result_.residual = static_cast<float>(residual);
+        result_.residual = residual;
         result_.code = arrays_.CategoryToCode[start_ + k];
       }
       if (k > 0) MoveStep(k, correction_[static_cast<std::size_t>(k)] / divisor);
