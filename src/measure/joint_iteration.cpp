@@ -117,8 +117,7 @@ UconRecord JointIteration::RunIteration() {
     record_.categoryResidual = steps.residual;
   }
   record_.personIsWorse = std::fabs(itemResidual_) <= std::fabs(personResidual_);
-  record_.scoreResidual =
-      static_cast<float>(record_.personIsWorse ? personResidual_ : itemResidual_);
+  record_.scoreResidual = record_.personIsWorse ? personResidual_ : itemResidual_;
   offset_ = std::max(static_cast<double>(std::fabs(record_.measureChange)), kSmallestOffset);
   return record_;
 }
@@ -136,7 +135,7 @@ void JointIteration::StepPersons() {
   for (PersonClass& persons : classes_) {
     const ScoreTarget target = AddComplete(persons);
     persons.delta = FindPersonStep(target, offset_);
-    persons.residual = target.score - target.expected;
+    persons.residual = static_cast<float>(target.score - target.expected);
   }
   for (int n = 1; n <= run_.NPERS; ++n) {
     const StatusByte status = WithoutCompleteFlag(arrays.PersonStatus[n]);
@@ -155,7 +154,8 @@ void JointIteration::StepPerson(int person, StatusByte status) {
   const ScoreTarget target = targeted_
                                  ? AddTargeted(person, status)
                                  : AddIncomplete(person, status, ReadPersonWork(run_, person));
-  MovePerson(person, status, FindPersonStep(target, offset_), target.score - target.expected);
+  MovePerson(person, status, FindPersonStep(target, offset_),
+             static_cast<float>(target.score - target.expected));
 }
 
 std::int32_t JointIteration::ClassifyPerson(int person, const PersonWorkRecord& record) {
@@ -280,7 +280,7 @@ void JointIteration::HoldPersonTarget(ScoreTarget& target, StatusByte status) co
                            : HoldInside(target.score, target.maximum, run_.settings.EXTRSC);
 }
 
-void JointIteration::MovePerson(int person, StatusByte status, double delta, double residual) {
+void JointIteration::MovePerson(int person, StatusByte status, double delta, float residual) {
   float& b = run_.arrays.PersonMeasure[person];
   previous_[static_cast<std::size_t>(person)] = b;
   if (!IsFree(status)) return;
@@ -328,7 +328,7 @@ void JointIteration::StepItems() {
     const ScoreTarget target = ItemTarget(i);
     float& d = run_.arrays.ItemMeasure[i];
     previous_[static_cast<std::size_t>(i)] = d;
-    const double residual = target.score - target.expected;
+    const auto residual = static_cast<float>(target.score - target.expected);
     if (std::fabs(residual) > std::fabs(itemResidual_)) {
       itemResidual_ = residual;
       record_.item = i;

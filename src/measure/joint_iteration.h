@@ -41,7 +41,7 @@ class JointIteration {
     float score = 0, maximum = 0;
     double weight = 0;
     double delta = 0;
-    double residual = 0;
+    float residual = 0;
     std::int32_t next = -1;  // another class of the same measure
     bool IsLike(const PersonClass& other) const {
       return status == other.status && score == other.score && maximum == other.maximum;
@@ -62,7 +62,7 @@ class JointIteration {
   void AddTargetedObservation(const ItemInHand& hand, int x, StatusByte status, double pw,
                               ScoreTarget& target);
   void HoldPersonTarget(ScoreTarget& target, StatusByte status) const;
-  void MovePerson(int person, StatusByte status, double delta, double residual);
+  void MovePerson(int person, StatusByte status, double delta, float residual);
   void CentrePersons();
   void StepItems();
   ScoreTarget ItemTarget(int item) const;
@@ -92,7 +92,7 @@ class JointIteration {
 
   // Of the iteration in hand.
   UconRecord record_;
-  double personResidual_ = 0, itemResidual_ = 0;
+  float personResidual_ = 0, itemResidual_ = 0;  // 32-bit, so that rounding does not break a tie
   double centreSum_ = 0, centreWeight_ = 0;
 };
 
