@@ -223,5 +223,39 @@ TEST(Balance, ExpectedScoresEqualObservedOnesOverSeveralScales) {
   for (double r : itemResidual) EXPECT_NEAR(r, 0, 0.02);
 }
 
+// Under TARGET=Y every observation weighs by its own variance: the weighted residuals of scores and
+// of categories balance, by the textbook formula.
+TEST(Balance, TargetedResidualsBalanceWeightedByVariance) {
+  const Matrix data = Simulate(300, 8, 2, 11);
+  const AllEstimates e = Estimate(data, "CODES=012\nTARGET=Y");
+  ASSERT_EQ(e.steps.size(), 1U);
+  const std::vector<double>& f = e.steps[0];
+  std::vector<double> itemResidual(8, 0.0);
+  double categoryResidual = 0;
+  for (std::size_t n = 0; n < data.size(); ++n) {
+    if (e.persons.status[n] != Status::Active) continue;
+    double residual = 0, score = 0, maximum = 0;
+    for (std::size_t i = 0; i < 8; ++i) {
+      if (data[n][i] == ' ') continue;
+      const double d = e.persons.measure[n] - e.items.measure[i];
+      const double n1 = std::exp(d - f[0]), n2 = std::exp(2 * d - f[0] - f[1]);
+      const double total = 1 + n1 + n2;
+      const double expected = (n1 + 2 * n2) / total;
+      const double variance = (n1 + 4 * n2) / total - expected * expected;
+      const double r = (data[n][i] - '0' - expected) * variance;
+      residual += r;
+      score += (data[n][i] - '0') * variance;
+      maximum += 2 * variance;
+      itemResidual[i] += r;
+      categoryResidual += ((data[n][i] == '2' ? 1 : 0) - n2 / total) * variance;
+    }
+    // A weighted score nearer to its end than a quarter of EXTRSC= is held there.
+    const bool isHeld = std::min(score, maximum - score) < 0.25 * 0.3;
+    EXPECT_NEAR(residual, 0, isHeld ? 0.25 * 0.3 : 0.002) << "person " << n + 1;
+  }
+  for (double r : itemResidual) EXPECT_NEAR(r, 0, 0.02);
+  EXPECT_NEAR(categoryResidual, 0, 0.1);
+}
+
 }  // namespace
 }  // namespace vardento::test

@@ -261,7 +261,7 @@ void JointIteration::AddTargetedObservation(const ItemInHand& hand, int x, Statu
       const double w = pw * hand.pairFactor;
       categoryTarget_[static_cast<std::size_t>(hand.start + x)] += v * w;
       double* const counts = &categoryExpected_[static_cast<std::size_t>(hand.start)];
-      for (int k = hand.tables.top; k >= 0; --k) counts[k] += p[k] * w;
+      for (int k = hand.tables.top; k >= 0; --k) counts[k] += p[k] * v * w;
     }
   }
   if (hand.active) {
