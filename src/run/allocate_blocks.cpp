@@ -206,7 +206,6 @@ void AllocateCategoryBlock(Run& run) {
         &arrays.CategoryThurstone}) {
     *array = cutter.Cut<float>(positions);
   }
-  arrays.CategoryProbability = cutter.Cut<float>(run.MAXCAT + 1).Data();
 }
 
 void AllocatePersonBlock(Run& run) {

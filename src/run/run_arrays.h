@@ -62,9 +62,6 @@ struct RunArrays {
   Array1<float> CategoryMeasurePoint;
   Array1<float> CategoryThurstone;
 
-  // Categories 0..MAXCAT of one person-item pair: plain array of MAXCAT + 1 elements.
-  float* CategoryProbability = nullptr;
-
   // Persons, 1..NPERS. What else belongs to a person stands in the person work record.
   Array1<float> PersonMeasure;
   Array1<float> PersonTotalScore;
