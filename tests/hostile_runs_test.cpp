@@ -179,8 +179,8 @@ TEST(WorkFiles, OfRunsAtOnceAreNeverShared) {
 
 TEST(WorkFiles, AreGoneAfterATerminationSignal) {
   const TempDirectory directory, scratch;
-  // Never converges: the criteria can't be met and the iterations have no limit.
-  directory.Write("control.txt", With("LCONV=0\nRCONV=0\n"));
+  // Never ends by itself: the start values have no limit.
+  directory.Write("control.txt", With("MPROX=0\n"));
   directory.Write("data.txt", kData);
   Program program(directory, {"control.txt", "report.txt", "BATCH=Y"}, scratch.Path());
   while (scratch.Files().size() < 4) std::this_thread::sleep_for(std::chrono::milliseconds(5));
