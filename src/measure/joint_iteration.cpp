@@ -23,10 +23,6 @@ double LimitStep(double delta) {
   return delta;
 }
 
-double HoldInside(double score, double maximum, double margin) {
-  return std::min(std::max(score, margin), maximum - margin);
-}
-
 // Under TARGET=Y an entry at the top or bottom takes the bound itself.
 double HoldTargeted(double score, double maximum, double margin, bool top, bool bottom) {
   const double half = maximum / 2;

@@ -2,6 +2,7 @@
 // the weights of persons, items and pairs. Made once for each pass over the persons.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -71,6 +72,15 @@ inline double ItemWeightOf(const Run& run, int item) {
 }
 // Refreshes GroupMaxWeight over items of positive status; nothing without item weights.
 void UpdateGroupMaxWeight(Run& run);
+
+// Of the logistic distribution's spread against the normal one: how far a spread of measures draws
+// log-odds apart is sqrt(1 + variance / this).
+inline constexpr double kLogisticSpread = 2.65;
+
+// First raised to the margin, then lowered to the maximum less the margin.
+inline double HoldInside(double score, double maximum, double margin) {
+  return std::min(std::max(score, margin), maximum - margin);
+}
 
 // Centring is on this side, and anchors do not set the frame instead.
 bool CentresOnItems(const Run& run);

@@ -4,13 +4,11 @@
 #include <cmath>
 
 #include "measure/category_model.h"
+#include "measure/observations.h"
 
 namespace vardento {
 
 namespace {
-
-// Spread of a standard logistic against a standard normal, with the reach of a category.
-constexpr double kExpansion = 2.65;
 
 std::vector<char> FindGroupsInUse(const Run& run) {
   std::vector<char> used(static_cast<std::size_t>(run.NGROUPS) + 1, 0);
@@ -131,7 +129,8 @@ double EstimateStep(const CategorySums::Triple& below, const CategorySums::Tripl
   const double n = below.count + above.count;
   const double sum = below.measure + above.measure;
   const double squares = below.squares + above.squares;
-  const double spread = std::sqrt(std::max(0.0, (squares - sum * sum / n) / (kExpansion * n) + 1));
+  const double spread =
+      std::sqrt(std::max(0.0, (squares - sum * sum / n) / (kLogisticSpread * n) + 1));
   return sum / n + NaturalLog(below.count / above.count) * spread;
 }
 

@@ -12,7 +12,6 @@ namespace vardento {
 
 namespace {
 
-constexpr double kExpansion = 2.65;
 constexpr double kScoreFloor = 0.5;   // keeps the log-odds of an extreme score finite
 constexpr float kRangeGrowth = 0.5F;  // logits a range must grow by for another pass
 
@@ -26,16 +25,11 @@ StatusByte LostStatus(StatusByte status) {
 // sqrt(1 + variance / 2.65): how far log-odds are drawn apart by the spread they were met with.
 double Expand(double n, double sum, double squares) {
   const double variance = (squares - sum * sum / n) / n;
-  return std::sqrt(std::max(0.0, 1.0 + variance / kExpansion));
+  return std::sqrt(std::max(0.0, 1.0 + variance / kLogisticSpread));
 }
 
 double FlooredLogOdds(double passed, double failed) {
   return NaturalLog(std::max(passed, kScoreFloor) / std::max(failed, kScoreFloor));
-}
-
-// First raised to the lower bound, then lowered to the upper one.
-double HoldInside(double score, double maximum, double margin) {
-  return std::min(std::max(score, margin), maximum - margin);
 }
 
 }  // namespace

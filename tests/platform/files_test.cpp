@@ -58,7 +58,7 @@ TEST(TextReader, ReadsEveryKindOfLineEnd) {
 
 TEST(TextReader, CutsLongLinesAndFindsTheNextOne) {
   const TempDirectory directory;
-  for (std::size_t length : {31999, 32000, 32001, 65535, 65536, 65537, 200000}) {
+  for (const std::size_t length : {31999U, 32000U, 32001U, 65535U, 65536U, 65537U, 200000U}) {
     const std::string text = std::string(length, 'x') + "\r\nnext\n";
     const Lines lines = ReadAll(directory.Write("long.txt", text));
     ASSERT_EQ(lines.size(), 2U) << length;
