@@ -87,9 +87,9 @@ TEST_F(Terminal, ATemporaryReportIsTheOneFileThatStays) {
 }
 
 // Ways out of the idle state behind a run.
-TEST_F(Terminal, EndsByExitEndOfInputOrHangUp) {
+TEST_F(Terminal, EndsByExitEndOfInputHangUpOrQuit) {
   Prepare();
-  for (const std::string way : {"exit", "end of input", "hang-up"}) {
+  for (const std::string way : {"exit", "end of input", "hang-up", "quit"}) {
     SCOPED_TRACE(way);
     PtySession session(directory, {"control.txt", "report.txt"});
     ASSERT_TRUE(session.WaitFor(kDone)) << session.Screen();
@@ -97,8 +97,9 @@ TEST_F(Terminal, EndsByExitEndOfInputOrHangUp) {
     if (way == "exit") session.Type("exit\n");
     if (way == "end of input") session.PressControlD();
     if (way == "hang-up") session.HangUp();
+    if (way == "quit") session.Type("\x1c");
     const int status = session.WaitForEnd();
-    if (way != "hang-up") {
+    if (way == "exit" || way == "end of input") {
       EXPECT_EQ(status, 0);
     }
     EXPECT_NE(status, -2) << "still running";

@@ -54,6 +54,7 @@ void InstallSignalCounters() {
   Count(SIGINT);
   Count(SIGTERM);
   Count(SIGHUP);
+  Count(SIGQUIT);  // the work files must go, however a user leaves
 }
 
 int InterruptSignals() { return interrupts.load(std::memory_order_relaxed); }

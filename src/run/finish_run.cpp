@@ -41,13 +41,15 @@ int CopyFront(TextReader& from, TextWriter& to) {
   return status == kIoEndOfFile ? closed : status;
 }
 
-int CopyReportToFront(Run& run) {
+void CopyReportToFront(Run& run) {
+  const std::string front = run.workDirectory.NameOf(kFrontStem);
   TextReader from;
   TextWriter to;
-  int status = from.Open(run.report.Name());
-  if (status != kIoOk) return status;
-  status = to.Open(run.workDirectory.NameOf(kFrontStem), FileMode::ReplacePrivate);
-  return status == kIoOk ? CopyFront(from, to) : status;
+  run.RunIoStatus = from.Open(run.report.Name());
+  if (run.RunIoStatus != kIoOk) FatalFileFailure(run, run.report.Name(), 'R');
+  run.RunIoStatus = to.Open(front, FileMode::ReplacePrivate);
+  if (run.RunIoStatus == kIoOk) run.RunIoStatus = CopyFront(from, to);
+  if (run.RunIoStatus != kIoOk) FatalFileFailure(run, front, 'W');
 }
 
 // Adds the lines of a work file to the report, `margin` before each. Reading stops at the first
@@ -88,10 +90,7 @@ void SaveReportFront(Run& run) {
   TellReportFailure(run, run.report.Close());
   const std::string name = run.report.Name();
   // A device has taken the front already and can't give it back.
-  if (IsRegularFile(name)) {
-    run.RunIoStatus = CopyReportToFront(run);
-    if (run.RunIoStatus != kIoOk) FatalFileFailure(run, name, 'R');
-  }
+  if (IsRegularFile(name)) CopyReportToFront(run);
   const bool failureTold = run.report.failureTold;
   run.RunIoStatus = run.report.Open(name, FileMode::Replace);
   if (run.RunIoStatus != kIoOk) FatalFileFailure(run, name, 'O');
