@@ -57,6 +57,15 @@ std::vector<Fault> Faults() {
       {"SubListWithoutEnd", With("TFILE=*\n3.1\n"), kData, 1, "NO LINE WITH * FOUND MATCHING"},
       {"MissingTableList", With("TFILE=nowhere.txt\n"), kData, 1, "Input File Not Found"},
       {"SupplementalFileNamesItself", With("SPFILE=control.txt\n"), kData, 1, "SPFILE= FAILED:"},
+      {"ReportNamedAsTheData",
+       With(""),
+       kData,
+       1,
+       "REPORT FILE HAS SAME NAME AS DATA FILE",
+       {"control.txt", "data.txt", "BATCH=Y"}},
+      {"MeasureFileNamedAsTheControlFile", With("PFILE=control.txt\n"), kData, 1, "File exists"},
+      {"MeasureFileNamedAsTheData", With("IFILE=./data.txt\n"), kData, 1, "File exists"},
+      {"MeasureFileNamedAsTheReport", With("IFILE=report.txt\n"), kData, 1, "File exists"},
       {"UnknownVariable", With("ZZZ=abc\n"), kData, 1, "NUMERIC VALUE EXPECTED"},
       {"FormatWithoutEnd", With("FORMAT=(A5,4A1\n"), kData, 1, "PROBLEM WITH \"FORMAT=\""},
       {"TooManyItems", With("NI=40000\n"), kData, 1, "NUMERIC VALUE IN RANGE"},
@@ -139,6 +148,8 @@ TEST_P(Hostile, EndsInWordsAndLeavesNothingBehind) {
   EXPECT_EQ(result.output, "");
   EXPECT_EQ(scratch.Files(), std::vector<std::string>{});
   EXPECT_TRUE(TempDirectory::ReadFile(control) == fault.control) << "the Control File was changed";
+  // A last line may have been given its end, no more.
+  EXPECT_TRUE(directory.Read("data.txt").starts_with(fault.data)) << "the data were changed";
 }
 
 INSTANTIATE_TEST_SUITE_P(Runs, Hostile, testing::ValuesIn(Faults()),

@@ -1,7 +1,6 @@
 #include "control/control_source.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <utility>
 
 #include "platform/io_status.h"
@@ -100,8 +99,9 @@ void CopyControlLine(Run& run, const ControlState& state, std::string_view line)
 
 void OpenSupplement(Run& run, ControlState& state, std::string name) {
   TextReader reader;
-  int status =
-      state.supplements.size() < kMaxSupplements ? reader.Open(name) : StatusOfErrno(EMFILE);
+  // No system fault stands behind a list of files without an end.
+  if (state.supplements.size() >= kMaxSupplements) FailSupplement(run, name, kIoOk);
+  int status = reader.Open(name);
   if (status != kIoOk) FailSupplement(run, name, status);
   if (state.ControlPass == kFirstPass) {
     AddEditEntry(run, "Edit Supplemental Control SPFILE=", name);

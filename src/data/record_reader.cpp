@@ -4,6 +4,7 @@
 
 #include "data/delimited_record.h"
 #include "data/show_record.h"
+#include "platform/directories.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
 #include "run/number_text.h"
@@ -103,12 +104,21 @@ bool RecordReader::Next(int person) {
   }
 }
 
+// A report named after the data would destroy them: nothing of it has been written so far.
+void RecordReader::KeepFromReport() {
+  if (!IsSameFile(name_, run_.report.Name())) return;
+  run_.report.Abandon();
+  FailRun(run_, "PROBLEM: REPORT FILE HAS SAME NAME AS DATA FILE");
+}
+
 bool RecordReader::OpenNextFile() {
   if (names_.empty()) return false;
   name_ = names_.back();
   names_.pop_back();
   AddEditEntry(run_, "Edit Data File=", name_);
   WriteConsole(run_, "Opening: " + name_);
+  KeepFromReport();
+  run_.filesInUse.push_back(name_);
   int status = file_.Open(name_);
   if (status == kIoOk) {
     file_.Close();

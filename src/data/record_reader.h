@@ -49,6 +49,7 @@ class RecordReader {
   std::string& Record() { return run_.input.ControlLine; }
 
  private:
+  void KeepFromReport();
   bool OpenNextFile();
   void ShowBeforeFormat();
   int ReadRecord();

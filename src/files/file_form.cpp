@@ -1,5 +1,9 @@
 #include "files/file_form.h"
 
+#include <algorithm>
+#include <cerrno>
+
+#include "platform/directories.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
 #include "run/number_text.h"
@@ -24,8 +28,18 @@ std::string clean_csv_line(std::string_view line, char csv) {
   return clean;
 }
 
+// A slip of the pen must not cost the user the Control File, the data or the report. A device may
+// be named twice.
+bool OutputFile::IsInUse(const std::string& name) const {
+  if (!IsRegularFile(name)) return false;
+  const auto isName = [&](const std::string& other) { return IsSameFile(name, other); };
+  return isName(run_.report.Name()) ||
+         std::any_of(run_.filesInUse.begin(), run_.filesInUse.end(), isName);
+}
+
 bool OutputFile::Open(const std::string& name) {
   name_ = name;
+  if (IsInUse(name)) return Check(EEXIST, 'O');
   return Check(writer_.Open(std::string(TrimRight(name)), FileMode::Replace), 'O');
 }
 

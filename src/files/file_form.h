@@ -37,6 +37,7 @@ class OutputFile {
 
  private:
   bool Check(int status, char operation);
+  bool IsInUse(const std::string& name) const;
 
   Run& run_;
   TextWriter writer_;

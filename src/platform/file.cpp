@@ -48,6 +48,7 @@ int FlagsOf(FileMode mode) {
     case FileMode::Update:
       return common | O_RDWR;
     case FileMode::Replace:
+    case FileMode::Keep:
       return common | O_WRONLY | O_CREAT;
     case FileMode::CreateExclusive:
     case FileMode::ReplacePrivate:
@@ -63,16 +64,19 @@ int CheckKind(int descriptor, FileMode mode) {
   if (S_ISDIR(info.st_mode)) return EISDIR;
   if (S_ISREG(info.st_mode)) return kIoOk;
   // The user may send a report to a device (/dev/null); nothing else is read from or kept there.
-  return mode == FileMode::Replace && S_ISCHR(info.st_mode) ? kIoOk : EINVAL;
+  const bool isForUser = mode == FileMode::Replace || mode == FileMode::Keep;
+  return isForUser && S_ISCHR(info.st_mode) ? kIoOk : EINVAL;
 }
 
-int CutToNothing(int descriptor, FileMode mode) {
-  if (mode != FileMode::Replace) return kIoOk;
+// A device takes part in no cut, but its writes may wait.
+int MakeReady(int descriptor, FileMode mode) {
+  if (mode != FileMode::Replace && mode != FileMode::Keep) return kIoOk;
   struct stat info;
   if (fstat(descriptor, &info) != 0) return StatusOfErrno(errno);
-  if (!S_ISREG(info.st_mode)) {  // a device: nothing to cut, but its writes may wait
+  if (!S_ISREG(info.st_mode)) {
     return fcntl(descriptor, F_SETFL, O_WRONLY) == 0 ? kIoOk : StatusOfErrno(errno);
   }
+  if (mode == FileMode::Keep) return kIoOk;
   return ftruncate(descriptor, 0) == 0 ? kIoOk : StatusOfErrno(errno);
 }
 
@@ -117,13 +121,20 @@ int File::Open(const std::string& path, FileMode mode) {
   } while (descriptor < 0 && errno == EINTR);
   if (descriptor < 0) return StatusOfFailedOpen(path);
   int status = CheckKind(descriptor, mode);
-  if (status == kIoOk) status = CutToNothing(descriptor, mode);
+  if (status == kIoOk) status = MakeReady(descriptor, mode);
   if (status != kIoOk) {
     ::close(descriptor);
     return status;
   }
   descriptor_ = descriptor;
   return kIoOk;
+}
+
+int File::Cut() {
+  struct stat info;
+  if (fstat(descriptor_, &info) != 0) return StatusOfErrno(errno);
+  if (!S_ISREG(info.st_mode)) return kIoOk;
+  return ftruncate(descriptor_, 0) == 0 ? kIoOk : StatusOfErrno(errno);
 }
 
 int File::ReadAt(std::uint64_t offset, void* bytes, std::size_t size, std::size_t& got) {

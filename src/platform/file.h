@@ -14,6 +14,7 @@ enum class FileMode {
   Read,             // an existing regular file; a directory, pipe or device is refused
   Update,           // an existing regular file, to read and write
   Replace,          // created or cut to nothing, for a file the user named
+  Keep,             // as Replace, but left as it is until Cut()
   CreateExclusive,  // must not exist; mode 0600; links are not followed
   ReplacePrivate,   // a work file: as CreateExclusive, after removing one of this user's own
 };
@@ -41,6 +42,8 @@ class File {
   int WriteAt(std::uint64_t offset, const void* bytes, std::size_t size);
   // Writes at the current end of what was written in sequence (works for devices too).
   int Append(const void* bytes, std::size_t size);
+  // Cuts a regular file to nothing; a device has nothing to cut.
+  int Cut();
   int GetSize(std::uint64_t& size);
   int Close();
 

@@ -81,7 +81,20 @@ int TextWriter::Open(const std::string& path, FileMode mode) {
   if (IsOpen()) Close();
   buffer_.clear();
   status_ = file_.Open(path, mode);
+  cutIsDue_ = status_ == kIoOk && mode == FileMode::Keep;
   return status_;
+}
+
+int TextWriter::CutWhenDue() {
+  if (!cutIsDue_) return kIoOk;
+  cutIsDue_ = false;
+  return file_.Cut();
+}
+
+void TextWriter::Abandon() {
+  buffer_.clear();
+  cutIsDue_ = false;
+  file_.Close();
 }
 
 int TextWriter::WriteLine(std::string_view line) {
@@ -92,6 +105,7 @@ int TextWriter::WriteLine(std::string_view line) {
 }
 
 int TextWriter::Flush() {
+  if (status_ == kIoOk) status_ = CutWhenDue();
   if (status_ == kIoOk && !buffer_.empty()) {
     status_ = file_.Append(buffer_.data(), buffer_.size());
   }

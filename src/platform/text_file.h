@@ -57,9 +57,15 @@ class TextWriter {
   int WriteLine(std::string_view line);
   int Flush();
   int Close();
+  // Closes the file and forgets what was not written yet: a file opened with FileMode::Keep, to
+  // which no more than a buffer has gone, is then as it was.
+  void Abandon();
 
  private:
+  int CutWhenDue();
+
   File file_;
+  bool cutIsDue_ = false;
   std::string buffer_;
   int status_ = 0;
 };

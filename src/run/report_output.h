@@ -37,6 +37,8 @@ class ReportOutput {
   int Open(const std::string& path, FileMode mode);
   bool IsOpen() const { return writer_.IsOpen(); }
   int Close() { return writer_.Close(); }
+  // Leaves the file as it was before Open, as long as little was written (see TextWriter::Abandon).
+  void Abandon() { writer_.Abandon(); }
   const std::string& Name() const { return name_; }
 
   // Writes one line whose column 1 is the control column ("^" begins a page), after MapGraphics

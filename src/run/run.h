@@ -64,6 +64,8 @@ struct Run {
   ControlSettings settings;
   ControlInput input;
   ReportOutput report;
+  // The user's files that this run has read from: no output file may take their place.
+  std::vector<std::string> filesInUse;
   TextWriter summaryLines;  // ZRR: the lines shown on the screen at the end of the run
   TableRequest request;
 

@@ -77,6 +77,7 @@ void FindControlFile(Run& run) {
     if (CanOpen(run, name)) break;
     EndBatchRun(run);
   }
+  run.filesInUse = {name};
   EnterControlMenus(run, name);
   MoveToControlFile(run, name);
 }
@@ -121,7 +122,7 @@ void FindReport(Run& run) {
     if (name.empty()) {
       OpenTemporaryReport(run);
     } else {
-      run.RunIoStatus = run.report.Open(name, FileMode::Replace);
+      run.RunIoStatus = run.report.Open(name, FileMode::Keep);
     }
     if (run.RunIoStatus == kIoOk) break;
     ReportFileFailure(run, name, 'O');
