@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -24,6 +25,7 @@ class PtySession {
     std::filesystem::create_directories(temporary);
     winsize size{24, 80, 0, 0};
     process_ = forkpty(&terminal_, nullptr, nullptr, &size);
+    if (process_ < 0) throw std::runtime_error("no pseudo-terminal to be had (is /dev/pts there?)");
     if (process_ != 0) return;
     setenv("TMPDIR", temporary.c_str(), 1);
     setenv("LC_ALL", "C", 1);
