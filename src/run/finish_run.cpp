@@ -15,16 +15,6 @@ constexpr std::string_view kFrontStem = "ZFR";
 constexpr std::string_view kControlCopyStem = "ZIN";
 constexpr std::size_t kFrontLineLength = 100;
 
-// Tells of a report that could not be written, once.
-void TellReportFailure(Run& run, int status) {
-  if (status == kIoOk) return;
-  run.outputFailed = true;
-  if (run.report.failureTold) return;
-  run.report.failureTold = true;
-  run.RunIoStatus = status;
-  ReportFileFailure(run, run.report.Name(), 'W');
-}
-
 // Copies the report's lines in pieces of up to 100 characters; a longer line goes on in the next
 // piece.
 int CopyFront(TextReader& from, TextWriter& to) {

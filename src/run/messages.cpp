@@ -69,16 +69,20 @@ void ReportMessage(Run& run, std::string_view text) {
   if (run.report.IsOpen()) run.report.PutLine(" " + std::string(text), run.settings);
 }
 
-void WriteReportText(Run& run, std::string_view line) {
-  // A Table of many lines must not keep the user waiting; the end of the report is always written.
-  if (!run.finished) PumpMessages(run);
-  const int status = run.report.PutLine(line, run.settings);
-  if (status == kIoOk) return;
+bool TellReportFailure(Run& run, int status) {
+  if (status == kIoOk) return false;
   run.outputFailed = true;
-  if (run.report.failureTold) return;
+  if (run.report.failureTold) return false;
   run.report.failureTold = true;
   run.RunIoStatus = status;
   ReportFileFailure(run, run.report.Name(), 'W');
+  return true;
+}
+
+void WriteReportText(Run& run, std::string_view line) {
+  // A Table of many lines must not keep the user waiting; the end of the report is always written.
+  if (!run.finished) PumpMessages(run);
+  if (!TellReportFailure(run, run.report.PutLine(line, run.settings))) return;
   WriteConsole(run, " FAILED TO WRITE:");
   std::string shown(line);
   MapGraphics(shown);

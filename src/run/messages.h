@@ -18,6 +18,10 @@ void ReportMessage(Run& run, std::string_view text);
 // failure words when it can't be written. Pumps messages until the run is finished.
 void WriteReportText(Run& run, std::string_view line);
 
+// Marks the run as one whose report is not whole and tells it, once. True when it was told just
+// now; a status of 0 is no failure.
+bool TellReportFailure(Run& run, int status);
+
 // The message for the file `name` after run.RunIoStatus; operation is 'I', 'O', 'R' or 'W'.
 void ReportFileFailure(Run& run, std::string_view name, char operation);
 [[noreturn]] void FatalFileFailure(Run& run, std::string_view name, char operation);
