@@ -204,7 +204,6 @@ void FitPass::AddFit(const ItemInHand& hand, int x, const Evaluation& here, doub
   person.sums.t += t;
   totalTT_ += t * t;
   totalZZ_ += zz;
-  ++item.observations;
   ++observations_;
   if (writesResiduals_) {
     residualRow_[static_cast<std::size_t>(hand.item - 1)] =

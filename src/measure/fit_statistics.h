@@ -27,7 +27,6 @@ struct FitSums {
   double outfitVariance = 0;       // C / V squared
   // Unweighted, for the variance totals.
   double t = 0, tt = 0;
-  std::int64_t observations = 0;
 };
 
 struct FitValues {

@@ -19,7 +19,6 @@ class PointBiserial {
   void BeginPerson(int person);
   // One response: x the ordered category, iw and pw the weights of item and person.
   void Add(int item, int x, double iw, double pw);
-  bool Correlating() const { return correlating_; }
   // The correlation of the person in hand; 0 when it has none.
   float PersonCorrelation() const;
   // Changes `correlation` only when the item has one.

@@ -68,16 +68,12 @@ int CheckKind(int descriptor, FileMode mode) {
   return isForUser && S_ISCHR(info.st_mode) ? kIoOk : EINVAL;
 }
 
-// A device takes part in no cut, but its writes may wait.
-int MakeReady(int descriptor, FileMode mode) {
-  if (mode != FileMode::Replace && mode != FileMode::Keep) return kIoOk;
+// The writes to a device may wait; only its opening must not.
+int LetDeviceWait(int descriptor) {
   struct stat info;
   if (fstat(descriptor, &info) != 0) return StatusOfErrno(errno);
-  if (!S_ISREG(info.st_mode)) {
-    return fcntl(descriptor, F_SETFL, O_WRONLY) == 0 ? kIoOk : StatusOfErrno(errno);
-  }
-  if (mode == FileMode::Keep) return kIoOk;
-  return ftruncate(descriptor, 0) == 0 ? kIoOk : StatusOfErrno(errno);
+  if (S_ISREG(info.st_mode)) return kIoOk;
+  return fcntl(descriptor, F_SETFL, O_WRONLY) == 0 ? kIoOk : StatusOfErrno(errno);
 }
 
 // A work file that is made anew: the old one goes first. What isn't a plain file of this user's own
@@ -120,13 +116,15 @@ int File::Open(const std::string& path, FileMode mode) {
     descriptor = ::open(path.c_str(), FlagsOf(mode), permissions);
   } while (descriptor < 0 && errno == EINTR);
   if (descriptor < 0) return StatusOfFailedOpen(path);
+  descriptor_ = descriptor;
   int status = CheckKind(descriptor, mode);
-  if (status == kIoOk) status = MakeReady(descriptor, mode);
+  if (status == kIoOk) status = LetDeviceWait(descriptor);
+  if (status == kIoOk && mode == FileMode::Replace) status = Cut();
   if (status != kIoOk) {
     ::close(descriptor);
+    descriptor_ = -1;
     return status;
   }
-  descriptor_ = descriptor;
   return kIoOk;
 }
 
