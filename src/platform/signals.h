@@ -4,7 +4,7 @@
 
 namespace vardento {
 
-// Lets SIGINT, SIGTERM and SIGHUP be counted (one that the parent process had set to be ignored
+// Lets SIGINT, SIGTERM, SIGHUP and SIGQUIT be counted (one that the parent process had set to be ignored
 // stays so), and a closed pipe or a file size limit end in a write error instead of the process.
 // Blocked reads wake up. Call it once, before the first console.
 void InstallSignalCounters();
@@ -12,7 +12,7 @@ void InstallSignalCounters();
 // How often SIGINT came since ClearInterruptSignals.
 int InterruptSignals();
 void ClearInterruptSignals();
-// True once SIGTERM or SIGHUP came.
+// True once SIGTERM, SIGHUP or SIGQUIT came.
 bool TerminationSignalled();
 // A descriptor that becomes readable when a signal has come, for a wait on several; -1 when the
 // counters are not installed.

@@ -1,5 +1,6 @@
 #include "platform/terminal_console.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -21,7 +22,23 @@ std::string WithoutControls(std::string_view text) {
   return shown;
 }
 
+// Standard input for reads that never block: a key that sends a signal also empties the terminal,
+// and a read that starts just then would wait for more. The terminal is opened once more for that,
+// since the flag on the inherited descriptor would be the shell's too.
+int OpenInput() {
+  char name[256];
+  if (::ttyname_r(STDIN_FILENO, name, sizeof name) != 0) return STDIN_FILENO;
+  const int own = ::open(name, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  return own < 0 ? STDIN_FILENO : own;
+}
+
 }  // namespace
+
+TerminalConsole::TerminalConsole() : input_(OpenInput()) {}
+
+TerminalConsole::~TerminalConsole() {
+  if (input_ != STDIN_FILENO) ::close(input_);
+}
 
 void TerminalConsole::WriteLine(std::string_view text) {
   text = text.substr(0, text.find_last_not_of(' ') + 1);
@@ -64,7 +81,7 @@ bool TerminalConsole::TakeLine(std::string& line) {
 
 // True when there is input; false when only a signal has come.
 bool TerminalConsole::WaitForInput() {
-  pollfd waits[2] = {{STDIN_FILENO, POLLIN, 0}, {SignalWakeDescriptor(), POLLIN, 0}};
+  pollfd waits[2] = {{input_, POLLIN, 0}, {SignalWakeDescriptor(), POLLIN, 0}};
   if (::poll(waits, 2, -1) < 0) return false;
   if (waits[1].revents != 0) {
     char bytes[64];
@@ -77,7 +94,7 @@ bool TerminalConsole::WaitForInput() {
 
 void TerminalConsole::ReadInput() {
   char bytes[4096];
-  const ssize_t n = ::read(STDIN_FILENO, bytes, sizeof bytes);
+  const ssize_t n = ::read(input_, bytes, sizeof bytes);
   if (n > 0) {
     // What stands beyond the longest line is not kept.
     if (typed_.size() > 2 * kMaxLineLength && typed_.find('\n') == std::string::npos) {

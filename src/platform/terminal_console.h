@@ -8,6 +8,11 @@ namespace vardento {
 
 class TerminalConsole : public Console {
  public:
+  TerminalConsole();
+  ~TerminalConsole() override;
+  TerminalConsole(const TerminalConsole&) = delete;
+  TerminalConsole& operator=(const TerminalConsole&) = delete;
+
   void WriteLine(std::string_view text) override;
   void WritePart(std::string_view text) override;
   // Ends without a line at the end of input and when a signal comes.
@@ -25,6 +30,7 @@ class TerminalConsole : public Console {
   bool WaitForInput();
   void ReadInput();
 
+  int input_;          // descriptor that lines are read from
   std::string typed_;  // input that no line was made of yet
   bool inputEnded_ = false;
   bool partPending_ = false;  // the last line is not finished
