@@ -1,14 +1,18 @@
-// The parsers of single texts: data formats and records through them, lines of per-item lists,
-// numbers, control lines.
+// The parsers of single texts: data formats and records through them, lines of per-item and entry
+// lists, masks, numbers, control lines.
 #include <stdlib.h>
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 
 #include "control/control_line.h"
 #include "control/data_format.h"
 #include "control/item_lists.h"
+#include "control/label_mask.h"
+#include "control/list_line.h"
 #include "control/parse_number.h"
+#include "run/number_text.h"
 #include "support/temp_directory.h"
 
 using namespace vardento;
@@ -30,10 +34,28 @@ void ReadThroughFormat(const std::string& text, int xwide) {
   }
 }
 
-void ReadListLine(const std::string& text) {
+void ReadItemListLine(const std::string& text) {
   ItemListEntry entry;
   if (ParseItemListLine(text, 100, entry) != ItemListLine::Entry) return;
   if (entry.first < 1 || entry.last > 100) abort();
+}
+
+void ReadEntryListLine(std::string text) {
+  if (CleanListLine(text) && Trim(text).empty()) abort();
+  int first = 0, last = 0;
+  float value = 0;
+  bool failed = false;
+  ParseListLine(text, first, value, failed, last);
+  if (first < 0 || last < 0 || (first == 0 && !failed) || !std::isfinite(value)) abort();
+}
+
+// The mask stands up to the first line end, the label behind it.
+void MatchTexts(const std::string& text) {
+  const std::size_t end = std::min(text.find('\n'), text.size());
+  const std::string mask = text.substr(0, end);
+  const int result = MatchLabel(mask, text.substr(end));
+  if (result == 0 || result > 2 || result < -4) abort();
+  if (result > 0 && mask.find('*') == std::string::npos && result != 2) abort();
 }
 
 }  // namespace
@@ -43,7 +65,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const int xwide = data[0] % 4 + 1;
   std::string text(reinterpret_cast<const char*>(data) + 1, size - 1);
   ReadThroughFormat(text, xwide);
-  ReadListLine(text);
+  ReadItemListLine(text);
+  ReadEntryListLine(text);
+  MatchTexts(text);
   float value = 0;
   bool failed = false;
   ParseNumber(LeadingNumber(text), value, failed);

@@ -9,12 +9,6 @@ namespace {
 
 constexpr std::size_t kKeywordLength = 8;
 
-bool IsQuote(char c) {
-  // The last six are the quotes of the Windows Western code page.
-  static constexpr std::string_view kQuotes = "\"'`\x82\x84\x91\x92\x93\x94";
-  return kQuotes.find(c) != std::string_view::npos;
-}
-
 ControlLineParts::Kind KindWithoutEquals(std::string_view line) {
   if (UpperCase(line.substr(0, 4)) == "&END") return ControlLineParts::Kind::End;
   return line.front() == '&' ? ControlLineParts::Kind::Ignored : ControlLineParts::Kind::Faulty;
@@ -31,6 +25,12 @@ std::string ExtractQuoted(std::string_view text) {
 }
 
 }  // namespace
+
+bool IsQuote(char c) {
+  // The last six are the quotes of the Windows Western code page.
+  static constexpr std::string_view kQuotes = "\"'`\x82\x84\x91\x92\x93\x94";
+  return kQuotes.find(c) != std::string_view::npos;
+}
 
 void RemoveComment(std::string& line) {
   const std::size_t mark = line.find(';');

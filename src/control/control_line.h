@@ -28,6 +28,9 @@ ControlLineParts SplitControlLine(std::string_view line);
 // What a value stands for: the text between quotes, or all up to the last non-blank less one comma.
 std::string ExtractValue(std::string_view text);
 
+// The nine characters that a value may stand between.
+bool IsQuote(char c);
+
 // Takes off a ";" and all behind it.
 void RemoveComment(std::string& line);
 

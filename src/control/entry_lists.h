@@ -1,20 +1,32 @@
 // Lists that change single entries before estimation: deletions, anchors, weights, pivots, steps.
-// A later piece of work builds them; until then each call leaves every entry as it is, active and
-// of weight 1.
+// Each is a file or a sub-list of the Control File; deletions and anchors can be typed as well,
+// when the run is not in batch mode and the variable for it is on. A line that makes no sense is
+// passed over, except in PIVOT=.
 #pragma once
 
 #include "run/run.h"
 
 namespace vardento {
 
-// Sets every status to Active, run.HighestMarked to 0 and run.DefaultKept to true; lists come
-// later.
+// IDFILE=, PDFILE=: sets every status to Active, or to Deleted by the list. A list whose lines hold
+// a "+" tells the entries to keep; all others go. Sets run.HighestMarked and run.DefaultKept.
 void ReadItemDeletions(Run& run);
 void ReadPersonDeletions(Run& run);
+
+// IAFILE=, PAFILE=: an active entry becomes Anchored at its value, taken from the user's scale
+// (UANCHOR=Y: UMEAN=, USCALE=; otherwise UASCALE=) to logits. All other measures become 0.
 void ReadItemAnchors(Run& run);
 void ReadPersonAnchors(Run& run);
+
+// SDFILE=, SAFILE=: item, category and, for SAFILE=, the step calibration into that category; the
+// item may be left out when all items share one scale. Needs the groups and the category block.
 void ReadStepList(Run& run);
+
+// PIVOT=: the score point at which the difficulty of the items of a group stands.
 void ReadPivots(Run& run);
+
+// PWEIGHT=, IWEIGHT=: weights of 0 and more; needs the weight block. A list that changes no weight
+// is dropped, together with its variable and its array.
 void ReadWeights(Run& run);
 
 }  // namespace vardento

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "control/list_file.h"
 #include "control/parse_number.h"
 #include "control/sub_lists.h"
 #include "run/messages.h"
@@ -21,11 +22,6 @@ std::string CutText(std::string_view text, int length) {
 template <class T>
 T& Target(const KeywordCall& call) {
   return call.Settings().*std::get<T ControlSettings::*>(call.row.target);
-}
-
-// "$S" marks a field of the labels or records in the place of a file name.
-bool HoldsFieldSpecification(std::string_view name) {
-  return name.find("$S") != std::string_view::npos || name.find("$s") != std::string_view::npos;
 }
 
 std::string FileNameOf(std::string_view value) {

@@ -1,0 +1,120 @@
+#include <algorithm>
+
+#include "control/entry_lists.h"
+#include "control/entry_words.h"
+#include "control/list_file.h"
+#include "control/list_line.h"
+#include "control/parse_number.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
+namespace vardento {
+namespace {
+
+// A measure that fills its field in a measure file of fixed columns stands right behind the entry:
+// sets a blank between the two. Lines of any other form stay as they are.
+void PartFixedColumns(std::string& line) {
+  constexpr std::size_t kMeasure = 6, kStatus = 14;  // where these columns begin
+  if (line.size() <= kStatus || line[0] != ' ' || line[kMeasure] == ' ' || line[kStatus] != ' ') {
+    return;
+  }
+  const std::string_view entry = Trim(std::string_view(line).substr(0, kMeasure));
+  const std::string_view measure = std::string_view(line).substr(kMeasure, kStatus - kMeasure);
+  float value = 0;
+  bool failed = false;
+  ParseListValue(measure, value, failed);
+  const bool isRow = !failed && measure.find('.') != std::string_view::npos &&
+                     line[kMeasure - 1] != ' ' && ParseCount(entry) > 0;
+  if (isRow) line.insert(kMeasure, 1, ' ');
+}
+
+class AnchorList {
+ public:
+  AnchorList(Run& run, Array1<StatusByte> status, Array1<float> measures, EntryWords words,
+             std::string caption)
+      : run_(run),
+        status_(status),
+        measures_(measures),
+        words_(std::move(words)),
+        caption_(std::move(caption)) {}
+
+  void Read(char askFlag, std::string& fileName) {
+    std::fill(measures_.begin(), measures_.end(), 0.0F);
+    if (!TrimRight(fileName).empty()) ApplyFile(fileName);
+    if (askFlag == 'N') return;
+    AskForEntries(
+        run_, words_, "ANCHOR", [this](std::string& name) { ApplyFile(name); },
+        [this] { ApplyTyping(); });
+  }
+
+ private:
+  void ApplyFile(std::string& name) {
+    TextReader reader;
+    OpenListFileOrEnd(run_, reader, name, caption_,
+                      " Processing " + words_.label + " Anchors from: ");
+    std::string line;
+    while (ReadListLine(run_, reader, name, line, true)) {
+      int first = 0, last = 0;
+      float value = 0;
+      bool failed = false;
+      PartFixedColumns(line);
+      ParseListLine(line, first, value, failed, last);
+      if (first > 0 && !failed) Anchor(OrderRange(first, last, status_.Size()), value);
+    }
+  }
+
+  void ApplyTyping() {
+    for (;;) {
+      std::string line = AskLine(run_, "INPUT " + words_.label + " TO ANCHOR (0 TO END): ");
+      CleanListLine(line);
+      std::string_view text = line;
+      int first = 0, last = 0;
+      TakeEntryRange(text, first, last);
+      if (first < 1 || first > status_.Size()) return;
+      std::string answer = AskLine(run_, "INPUT VALUE AT WHICH TO ANCHOR " + words_.label);
+      CleanListLine(answer);
+      float value = 0;
+      bool failed = false;
+      ParseListValue(Trim(answer), value, failed);
+      if (!failed) Anchor(OrderRange(first, last, status_.Size()), value);
+    }
+  }
+
+  // An entry keeps its first anchor; one that was left out takes none.
+  void Anchor(const EntryRange& range, float value) {
+    const ControlSettings& settings = run_.settings;
+    const float logits = settings.UANCHOR == 'Y' ? (value - settings.UMEAN) / settings.USCALE
+                                                 : value / settings.UASCALE;
+    for (int entry = range.first; entry <= range.last; ++entry) {
+      if (status_[entry] != Status::Active) continue;
+      status_[entry] = Status::Anchored;
+      measures_[entry] = logits;
+    }
+  }
+
+  Run& run_;
+  Array1<StatusByte> status_;
+  Array1<float> measures_;
+  EntryWords words_;
+  std::string caption_;
+};
+
+void ReadAnchors(Run& run, Array1<StatusByte> status, Array1<float> measures, char askFlag,
+                 std::string& fileName, const EntryWords& words, const std::string& keyword) {
+  AnchorList(run, status, measures, words, "Edit " + words.label + " Anchor " + keyword + "=")
+      .Read(askFlag, fileName);
+}
+
+}  // namespace
+
+void ReadItemAnchors(Run& run) {
+  ReadAnchors(run, run.arrays.ItemStatus, run.arrays.ItemMeasure, run.settings.ANCHOR_Q,
+              run.settings.IAFILE, ItemWords(run), "IAFILE");
+}
+
+void ReadPersonAnchors(Run& run) {
+  ReadAnchors(run, run.arrays.PersonStatus, run.arrays.PersonMeasure, run.settings.PANCHQ,
+              run.settings.PAFILE, PersonWords(run), "PAFILE");
+}
+
+}  // namespace vardento

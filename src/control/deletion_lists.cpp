@@ -1,0 +1,136 @@
+#include <algorithm>
+
+#include "control/entry_lists.h"
+#include "control/entry_words.h"
+#include "control/list_file.h"
+#include "control/list_line.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
+namespace vardento {
+namespace {
+
+class DeletionList {
+ public:
+  DeletionList(Run& run, Array1<StatusByte> status, std::string& fileName, EntryWords words,
+               std::string caption)
+      : run_(run),
+        status_(status),
+        fileName_(fileName),
+        words_(std::move(words)),
+        caption_(std::move(caption)) {}
+
+  void Read(char askFlag) {
+    std::fill(status_.begin(), status_.end(), Status::Active);
+    run_.HighestMarked = 0;
+    run_.DefaultKept = true;
+    const bool failed = !TrimRight(fileName_).empty() && !ApplyFile(fileName_);
+    if (run_.batch && failed) EndRun(run_);
+    // A file that can't be read is asked for again.
+    if (run_.batch || (askFlag == 'N' && !failed)) return;
+    Ask();
+  }
+
+ private:
+  void Ask() {
+    const std::string what = words_.pluralLabel + " TO DELETE";
+    for (;;) {
+      const std::string word = marked_ ? "MORE " : "SOME ";
+      if (!AskYes(run_, " DO YOU WANT TO READ " + word + what + " FROM A FILE? ")) break;
+      std::string name = AskName(run_, " WHAT IS THE NAME OF THE DELETE FILE? ");
+      if (!name.empty()) ApplyFile(name);
+    }
+    if (AskYes(run_, " DO YOU WANT TO TYPE IN " + what + "? ")) ApplyTyping();
+    run_.RunIoStatus = 0;
+  }
+
+  bool ApplyFile(std::string& name) {
+    TextReader reader;
+    if (!OpenListFile(run_, reader, name, caption_, "")) return false;
+    std::string line;
+    while (ReadListLine(run_, reader, name, line)) ApplyLine(line);
+    return true;
+  }
+
+  void ApplyTyping() {
+    WriteConsole(run_, "Keyboard");
+    for (;;) {
+      std::string line =
+          AskLine(run_, "INPUT " + words_.label + " TO DELETE (BLANK LINE TO END): ");
+      if (!CleanListLine(line)) return;
+      ApplyLine(line);
+    }
+  }
+
+  void ApplyLine(std::string& line) {
+    const bool keeps = line.find('+') != std::string::npos;
+    for (char& c : line) {
+      if (c == '+' || c == '-') c = ' ';
+    }
+    // The end of the range is the number behind the first.
+    std::string_view text = line;
+    int first = 0, last = 0, none = 0;
+    TakeEntryRange(text, first, none);
+    TakeEntryRange(text, last, none);
+    if (first == 0 && last == 0) return;
+    if (keeps && run_.DefaultKept) {
+      run_.DefaultKept = false;
+      std::fill(status_.begin(), status_.end(), Status::Deleted);
+    }
+    const EntryRange range = OrderRange(first, last, status_.Size());
+    if (range.first > range.last) return;
+    std::fill(&status_[range.first], &status_[range.last] + 1,
+              keeps ? Status::Active : Status::Deleted);
+    run_.HighestMarked = std::max(run_.HighestMarked, range.last);
+    marked_ = true;
+  }
+
+  Run& run_;
+  Array1<StatusByte> status_;
+  std::string& fileName_;
+  EntryWords words_;
+  std::string caption_;
+  bool marked_ = false;
+};
+
+void ReadDeletions(Run& run, Array1<StatusByte> status, char askFlag, std::string& fileName,
+                   const EntryWords& words, const std::string& keyword) {
+  DeletionList(run, status, fileName, words, "Edit " + words.label + " Delete " + keyword + "=")
+      .Read(askFlag);
+}
+
+// "ITEM DELETIONS: 3 7-9": the deleted items in runs of neighbours, on lines of about 70 columns.
+void ReportItemDeletions(Run& run) {
+  constexpr std::size_t kLineEnd = 70;
+  const Array1<StatusByte>& status = run.arrays.ItemStatus;
+  const int NI = run.settings.NI;
+  std::string line = " " + ItemWords(run).label + " DELETIONS:";
+  const std::size_t headLength = line.size();
+  for (int i = 1; i <= NI; ++i) {
+    if (status[i] != Status::Deleted) continue;
+    const int first = i;
+    while (i < NI && status[i + 1] == Status::Deleted) ++i;
+    if (line.size() > kLineEnd) {
+      WriteReportText(run, line);
+      line.assign(headLength, ' ');
+    }
+    line += " " + IntegerText(first);
+    if (i > first) line += "-" + IntegerText(i);
+  }
+  if (line.size() > headLength) WriteReportText(run, line);
+}
+
+}  // namespace
+
+void ReadItemDeletions(Run& run) {
+  ReadDeletions(run, run.arrays.ItemStatus, run.settings.IDELQU, run.settings.IDFILE,
+                ItemWords(run), "IDFILE");
+  ReportItemDeletions(run);
+}
+
+void ReadPersonDeletions(Run& run) {
+  ReadDeletions(run, run.arrays.PersonStatus, run.settings.PDELQU, run.settings.PDFILE,
+                PersonWords(run), "PDFILE");
+}
+
+}  // namespace vardento

@@ -1,0 +1,30 @@
+// The files and sub-lists of entries that a Control File names, line by line.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/text_file.h"
+#include "run/run.h"
+
+namespace vardento {
+
+// Registers the list with the Edit menu under `caption`, says `announcement` and its name on the
+// console, and opens it. False when it can't be read: run.RunIoStatus tells why, the user has been
+// told, and a batch run is over.
+bool OpenListFile(Run& run, TextReader& reader, std::string& fileName, std::string_view caption,
+                  std::string_view announcement);
+// As OpenListFile, for lists that a run can't do without.
+void OpenListFileOrEnd(Run& run, TextReader& reader, std::string& fileName,
+                       std::string_view caption, std::string_view announcement);
+
+// The next line that isn't blank once it has been cleaned; false at the end of the file. A read
+// failure ends the run. With `skipTitles` a line that is one text in double quotes is passed over:
+// the head lines of a measure file with commas, whose title may begin with numbers.
+bool ReadListLine(Run& run, TextReader& reader, const std::string& fileName, std::string& line,
+                  bool skipTitles = false);
+
+// "$S" marks a field of the labels or records in the place of a file name.
+bool HoldsFieldSpecification(std::string_view fileName);
+
+}  // namespace vardento

@@ -1,0 +1,81 @@
+#include "control/list_line.h"
+
+#include <algorithm>
+
+#include "control/parse_number.h"
+#include "run/number_text.h"
+
+namespace vardento {
+namespace {
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+std::string_view TakeDigits(std::string_view& text) {
+  const auto end = std::find_if_not(text.begin(), text.end(), IsDigit);
+  const std::string_view digits = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+  text.remove_prefix(digits.size());
+  return digits;
+}
+
+// The "-" of a range: right behind the first number, or set apart on both sides.
+bool TakeRangeSign(std::string_view& text) {
+  const std::size_t sign = text.find_first_not_of(' ');
+  if (sign == std::string_view::npos || text[sign] != '-') return false;
+  const bool isSign = sign > 0 && sign + 1 < text.size() && text[sign + 1] != ' ';
+  if (isSign) return false;
+  text.remove_prefix(sign + 1);
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  return true;
+}
+
+}  // namespace
+
+bool CleanListLine(std::string& line) {
+  line.resize(std::min(line.find(';'), std::min<std::size_t>(line.size(), kListLineLength)));
+  for (char& c : line) {
+    if (c == '"' || c == ',' || c == '\t') c = ' ';
+  }
+  return !Trim(line).empty();
+}
+
+bool IsQuotedText(std::string_view line) {
+  line = Trim(line);
+  return line.size() > 1 && line.front() == '"' && line.find('"', 1) == line.size() - 1;
+}
+
+std::string_view TakeListWord(std::string_view& text) {
+  text = Trim(text);
+  const std::string_view word = text.substr(0, text.find(' '));
+  text.remove_prefix(word.size());
+  return word;
+}
+
+void TakeEntryRange(std::string_view& text, int& first, int& last) {
+  first = last = 0;
+  text = Trim(text);
+  const std::string_view from = TakeDigits(text);
+  std::string_view rest = text;
+  std::string_view to;
+  const bool isRange = !from.empty() && TakeRangeSign(rest);
+  if (isRange) to = TakeDigits(rest);
+  // A word that goes on behind its digits is no number.
+  if (from.empty() || (isRange && to.empty()) || (!rest.empty() && rest.front() != ' ')) return;
+  first = ParseCount(from);
+  if (isRange) last = ParseCount(to);
+  text = rest;
+}
+
+void ParseListLine(std::string_view text, int& first, float& value, bool& failed, int& last) {
+  value = 0;
+  failed = true;
+  TakeEntryRange(text, first, last);
+  if (first > 0) ParseListValue(TakeListWord(text), value, failed);
+}
+
+void ParseListValue(std::string_view word, float& value, bool& failed) {
+  if (word.starts_with('+')) word.remove_prefix(1);
+  value = 0;
+  ParseNumber(word, value, failed);
+}
+
+}  // namespace vardento

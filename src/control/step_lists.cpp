@@ -1,0 +1,117 @@
+#include <algorithm>
+#include <cmath>
+
+#include "control/entry_lists.h"
+#include "control/entry_words.h"
+#include "control/list_file.h"
+#include "control/list_line.h"
+#include "control/parse_number.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
+namespace vardento {
+namespace {
+
+// One line of SDFILE= or SAFILE=.
+struct StepLine {
+  EntryRange items;
+  int category = -1;
+  float value = 0;
+  bool failed = true;  // no value, or none that is a number
+};
+
+enum class StepAction { Delete, Anchor };
+
+class StepList {
+ public:
+  StepList(Run& run, StepAction action) : run_(run), action_(action) {}
+
+  void Read(char askFlag, std::string& fileName) {
+    if (!TrimRight(fileName).empty()) ApplyFile(fileName);
+    if (askFlag == 'N') return;
+    AskForEntries(
+        run_, kWords, Anchors() ? "ANCHOR" : "DELETE",
+        [this](std::string& name) { ApplyFile(name); }, [this] { ApplyTyping(); });
+  }
+
+ private:
+  static constexpr int kDeletedStep = -3;
+  static constexpr int kAnchoredStep = 2;
+  inline static const EntryWords kWords{"STEP", "STEPS"};
+
+  bool Anchors() const { return action_ == StepAction::Anchor; }
+
+  void ApplyFile(std::string& name) {
+    TextReader reader;
+    OpenListFileOrEnd(
+        run_, reader, name, Anchors() ? "Edit STEP Anchor SAFILE=" : "Edit STEP Delete SDFILE=",
+        Anchors() ? " Processing STEP Anchors from: " : " Processing STEP Deletions from: ");
+    std::string line;
+    while (ReadListLine(run_, reader, name, line)) Apply(Parse(line));
+  }
+
+  // Lines as they would stand in a file.
+  void ApplyTyping() {
+    for (;;) {
+      std::string line = AskLine(run_, Anchors() ? "INPUT STEP TO ANCHOR (0 TO END): "
+                                                 : "INPUT STEP TO DELETE (0 TO END): ");
+      if (!CleanListLine(line) || Trim(line) == "0") return;
+      Apply(Parse(line));
+    }
+  }
+
+  // "item category value"; when all items share one scale also "category value", or just
+  // "category" in a list of deletions.
+  StepLine Parse(std::string_view text) const {
+    const bool oneScale = run_.NGROUPS == 1;
+    StepLine line;
+    int first = 1, last = 1;
+    if (!oneScale || CountWords(text) != (Anchors() ? 2 : 1)) {
+      TakeEntryRange(text, first, last);
+      if (first == 0) return line;
+    }
+    line.items = OrderRange(first, last, run_.settings.NI);
+    line.category = ParseCount(TakeListWord(text));
+    ParseListValue(TakeListWord(text), line.value, line.failed);
+    return line;
+  }
+
+  static int CountWords(std::string_view text) {
+    int count = 0;
+    while (!TakeListWord(text).empty()) ++count;
+    return count;
+  }
+
+  void Apply(const StepLine& line) {
+    for (int i = line.items.first; i <= line.items.last; ++i) {
+      const int group = run_.arrays.ItemGroup[i];
+      if (line.category < 0 || line.category > run_.arrays.GroupTop[group]) continue;
+      SetStep(run_.arrays.GroupStart[group] + line.category, line);
+    }
+  }
+
+  void SetStep(int position, const StepLine& line) {
+    std::int32_t& status = run_.arrays.StepStatus[position];
+    if (status == kDeletedStep) return;
+    if (!Anchors()) {
+      status = kDeletedStep;
+      return;
+    }
+    const ControlSettings& settings = run_.settings;
+    const float scale = settings.UANCHOR == 'Y' ? settings.USCALE : settings.UASCALE;
+    status = line.failed ? 0 : kAnchoredStep;
+    run_.arrays.StepCalibration[position] = line.failed ? 0.0F : line.value / std::fabs(scale);
+  }
+
+  Run& run_;
+  StepAction action_;
+};
+
+}  // namespace
+
+void ReadStepList(Run& run) {
+  StepList(run, StepAction::Delete).Read(run.settings.SDELQU, run.settings.SDFILE);
+  StepList(run, StepAction::Anchor).Read(run.settings.SANCHQ, run.settings.SAFILE);
+}
+
+}  // namespace vardento

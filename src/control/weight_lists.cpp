@@ -1,0 +1,85 @@
+#include <algorithm>
+
+#include "control/entry_lists.h"
+#include "control/entry_words.h"
+#include "control/list_file.h"
+#include "control/list_line.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
+namespace vardento {
+namespace {
+
+[[noreturn]] void FailPivot(Run& run, std::string_view line) {
+  FailRun(run, " PROBLEM WITH \"PIVOT=\": " + std::string(Trim(line)));
+}
+
+void ApplyPivotLine(Run& run, std::string& line) {
+  const std::string shown = line;
+  std::replace(line.begin(), line.end(), '+', ' ');
+  int first = 0, last = 0;
+  float pivot = 0;
+  bool failed = false;
+  ParseListLine(line, first, pivot, failed, last);
+  if (first == 0 || failed || pivot < 0) FailPivot(run, shown);
+  const EntryRange items = OrderRange(first, last, run.settings.NI);
+  for (int i = items.first; i <= items.last; ++i) {
+    const int group = run.arrays.ItemGroup[i];
+    if (run.arrays.GroupPivotFlag[group] == 'Y') continue;
+    run.arrays.GroupPivot[group] = pivot;
+    run.arrays.GroupPivotFlag[group] = 'Y';
+  }
+}
+
+// True when the list changes any weight.
+bool ReadWeightList(Run& run, Array1<float> weights, std::string& fileName, const EntryWords& words,
+                    std::string_view keyword) {
+  std::fill(weights.begin(), weights.end(), 1.0F);
+  TextReader reader;
+  OpenListFileOrEnd(run, reader, fileName,
+                    "Edit " + words.label + " Anchor " + std::string(keyword) + "=",
+                    " Processing " + words.pluralLabel + " Weights from: ");
+  bool changed = false;
+  std::string line;
+  while (ReadListLine(run, reader, fileName, line)) {
+    int first = 0, last = 0;
+    float weight = 0;
+    bool failed = false;
+    ParseListLine(line, first, weight, failed, last);
+    if (first == 0 || failed || weight < 0) continue;
+    const EntryRange range = OrderRange(first, last, weights.Size());
+    for (int entry = range.first; entry <= range.last; ++entry) weights[entry] = weight;
+    changed = changed || (weight != 1.0F && range.first <= range.last);
+  }
+  return changed;
+}
+
+}  // namespace
+
+void ReadPivots(Run& run) {
+  std::fill(run.arrays.GroupPivotFlag.begin(), run.arrays.GroupPivotFlag.end(), 'N');
+  std::string& name = run.settings.PIVOT;
+  if (TrimRight(name).empty()) return;
+  TextReader reader;
+  OpenListFileOrEnd(run, reader, name, "Edit pivot file PIVOT =", " Processing Pivots from: ");
+  std::string line;
+  while (ReadListLine(run, reader, name, line)) ApplyPivotLine(run, line);
+}
+
+void ReadWeights(Run& run) {
+  ControlSettings& settings = run.settings;
+  if (run.personWeights && !ReadWeightList(run, run.arrays.PersonWeight, settings.PWEIGHT,
+                                           PersonWords(run), "PWEIGHT")) {
+    settings.PWEIGHT.clear();
+    run.personWeights = false;
+    run.arrays.PersonWeight = {};
+  }
+  if (run.itemWeights &&
+      !ReadWeightList(run, run.arrays.ItemWeight, settings.IWEIGHT, ItemWords(run), "IWEIGHT")) {
+    settings.IWEIGHT.clear();
+    run.itemWeights = false;
+    run.arrays.ItemWeight = run.arrays.GroupMaxWeight = {};
+  }
+}
+
+}  // namespace vardento
