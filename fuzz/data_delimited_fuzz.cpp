@@ -1,9 +1,30 @@
-// Splits any bytes at any delimiter: fields stay inside the record and inside their places.
+// Splits any bytes at any delimiter: fields stay inside the record and inside their places; field
+// specifications of any bytes take what stands in the record, or nothing.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 
 #include "data/delimited_record.h"
+#include "data/field_specification.h"
+
+namespace {
+
+// The specification stands up to the first line end, the record behind it.
+void ExtractFields(std::string_view text, char delimiter) {
+  using namespace vardento;
+  static SilentConsole console;
+  static Run run(console);
+  const std::size_t end = std::min(text.find('\n'), text.size());
+  const FieldSpecification fields = ParseFieldSpecification(run, "PWEIGHT", text.substr(0, end));
+  for (const std::string& value : {ExtractField(fields, text.substr(end)),
+                                   ExtractDelimitedField(fields, text.substr(end), delimiter)}) {
+    if (fields.IsEmpty() && !value.empty()) std::abort();
+    if (!value.empty() && (value.front() == ' ' || value.back() == ' ')) std::abort();
+  }
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   using namespace vardento;
@@ -16,6 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   settings.XWIDE = 1 + bytes[4] % 8;
   settings.NAMLEN = bytes[5] % 32;
   const std::string_view record(reinterpret_cast<const char*>(bytes) + 6, size - 6);
+  ExtractFields(record, DelimiterOf(settings.DELIM));
   std::string label, codes;
   SplitDelimited(record, settings, label, codes);
   if (label.size() != static_cast<std::size_t>(settings.NAMLEN)) std::abort();

@@ -1,9 +1,195 @@
 #include "data/data_edits.h"
 
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "control/control_line.h"
+#include "control/item_specifications.h"
+#include "control/list_file.h"
+#include "control/list_line.h"
+#include "data/code_lookup.h"
+#include "data/data_reader.h"
+#include "data/person_trial.h"
+#include "data/work_files.h"
+#include "platform/io_status.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
 namespace vardento {
 
-void ConvertForms(Run&) {}
-void EditData(Run&) {}
-void MakeKey(Run&) {}
+namespace {
+
+constexpr int kPersonsPerPump = 1000;
+
+// One line of EDFILE=: persons and items, from 1, whose responses become `category`.
+struct ResponseEdit {
+  int firstPerson = 0, lastPerson = 0;
+  int firstItem = 0, lastItem = 0;
+  std::uint8_t category = 0;
+};
+
+// The quotes stay: they mark a code.
+void CleanEditLine(std::string& line) {
+  line.resize(std::min(line.find(';'), line.size()));
+  for (char& c : line) {
+    if (c == ',' || c == '+' || static_cast<unsigned char>(c) < ' ') c = ' ';
+  }
+}
+
+// Takes an entry or a range, in either order, off the line; the upper end is held at `count`. False
+// when there is none.
+bool TakeEntries(std::string_view& text, int count, int& first, int& last) {
+  const std::string word(TakeListWord(text));
+  float value = 0;
+  bool failed = false;
+  // A list of entries has a value behind them; here the code comes later.
+  ParseListLine(word + " 1.0", first, value, failed, last);
+  const bool isRange = word.find('-') != std::string::npos;
+  if (failed || (isRange && last == 0)) return false;
+  if (!isRange) last = first;
+  if (first > last) std::swap(first, last);
+  last = std::min(last, count);
+  return true;
+}
+
+// What stands for the new code: between quotes, or all of `text`.
+std::string_view NewCode(std::string_view text, int xwide) {
+  if (text.empty() || !IsQuote(text.front())) return text;
+  const char quote = text.front();
+  text.remove_prefix(1);
+  const std::size_t end = text.find(quote);
+  return end != std::string_view::npos ? text.substr(0, end)
+                                       : text.substr(0, static_cast<std::size_t>(xwide));
+}
+
+bool ParseEdit(const Run& run, std::string_view text, ResponseEdit& edit) {
+  if (!TakeEntries(text, run.NPERS, edit.firstPerson, edit.lastPerson)) return false;
+  if (!TakeEntries(text, run.settings.NI, edit.firstItem, edit.lastItem)) return false;
+  const std::string_view code = NewCode(Trim(text), run.settings.XWIDE);
+  edit.category = static_cast<std::uint8_t>(CategoryOfCode(run.settings, code));
+  return true;
+}
+
+void ApplyEdit(Run& run, const ResponseEdit& edit, std::vector<std::uint8_t>& row) {
+  if (edit.firstItem > edit.lastItem) return;
+  const auto first = row.begin() + (edit.firstItem - 1);
+  const auto last = row.begin() + edit.lastItem;
+  for (int n = edit.firstPerson; n <= edit.lastPerson; ++n) {
+    if (n % kPersonsPerPump == 0) PumpMessages(run);
+    ReadCodedRow(run, n, row.data());
+    std::fill(first, last, edit.category);
+    WriteCodedRow(run, n, row.data());
+  }
+}
+
+// Counts each code of each item that is read: counts[item x CATEGS + code], both from 0.
+void CountCodes(Run& run, float* counts) {
+  const auto codes = static_cast<std::size_t>(run.settings.CATEGS);
+  const Array1<StatusByte> status = PersonTrial(run);
+  std::vector<std::uint8_t> row(static_cast<std::size_t>(run.settings.NI));
+  for (int n = 1; n <= run.NPERS; ++n) {
+    if (n % kPersonsPerPump == 0) PumpMessages(run);
+    if (!IsRead(status[n])) continue;
+    ReadCodedRow(run, n, row.data());
+    for (int i = 1; i <= run.settings.NI; ++i) {
+      const auto item = static_cast<std::size_t>(i - 1);
+      if (row[item] > 0 && IsRead(run.arrays.ItemStatus[i])) {
+        ++counts[item * codes + row[item] - 1];
+      }
+    }
+  }
+}
+
+// The code with the highest count of each item, the first of several; blank for a deleted item.
+std::string MostFrequentCodes(const Run& run, const float* counts) {
+  const ControlSettings& settings = run.settings;
+  std::string key;
+  for (int i = 1; i <= settings.NI; ++i, counts += settings.CATEGS) {
+    const auto place = std::max_element(counts, counts + settings.CATEGS) - counts;
+    const int code = static_cast<int>(place) + 1;
+    const bool isKeyed = IsRead(run.arrays.ItemStatus[i]);
+    key += PadRight(isKeyed ? CodeAt(settings, code) : std::string_view(), settings.XWIDE);
+  }
+  return key;
+}
+
+// Adds the key to the copy of the Control File that ends the report. Its lines are as long as need
+// be, so that the key can be taken from there.
+void ShowKey(Run& run, const std::string& key) {
+  const std::string name = run.workDirectory.NameOf("ZIN");
+  std::string text = "; MAKEKEY=Y constructed key follows:\n";
+  text.append(TrimRight(key)).append("\n");
+  File copy;
+  std::uint64_t size = 0;
+  int status = copy.Open(name, FileMode::Update);
+  if (status == kIoOk) status = copy.GetSize(size);
+  if (status == kIoOk) status = copy.WriteAt(size, text.data(), text.size());
+  const int closed = copy.Close();
+  if (status == kIoOk) status = closed;
+  if (status != kIoOk) {
+    run.RunIoStatus = status;
+    FatalFileFailure(run, name, 'W');
+  }
+  WriteConsole(run, "MAKEKEY=  constructed.  See Table 0.3 in Report Output File.");
+}
+
+// No key was made. Without one of the user's the room made for it must not score the responses.
+void LeaveKeys(ControlSettings& settings) {
+  const bool given = std::any_of(settings.keyScores.begin(), settings.keyScores.end(),
+                                 [](int score) { return score >= 0; });
+  if (!given) settings.NKEY = 0;
+  DecideRescoring(settings);
+}
+
+void TellMissingMemory(Run& run, std::size_t bytes) {
+  ReportMessage(run,
+                std::to_string(bytes) + " bytes of memory not available, MAKEKEY= not performed.");
+  if (run.report.IsOpen()) WriteReportText(run, " NOT ENOUGH MEMORY FOR MAKEKEY=");
+}
+
+}  // namespace
+
+void EditData(Run& run) {
+  std::string& name = run.settings.EDFILE;
+  TextReader reader;
+  OpenListFileOrEnd(run, reader, name,
+                    "Edit data EDFILE =", " Processing EDFILE= data edit from: ");
+  std::vector<std::uint8_t> row(static_cast<std::size_t>(run.settings.NI));
+  std::string line;
+  int status = kIoOk;
+  while (run.StopRequest != 1 && (status = reader.ReadLine(line, kListLineLength)) == kIoOk) {
+    PumpMessages(run);
+    CleanEditLine(line);
+    ResponseEdit edit;
+    if (ParseEdit(run, line, edit)) ApplyEdit(run, edit, row);
+  }
+  if (status != kIoOk && status != kIoEndOfFile) {
+    run.RunIoStatus = status;
+    FatalFileFailure(run, name, 'I');
+  }
+  FlushPersonFiles(run);
+}
+
+void MakeKey(Run& run) {
+  ControlSettings& settings = run.settings;
+  if (settings.CATEGS <= 1) return LeaveKeys(settings);
+  MemoryBlock& counts = run.stores.makeKeyCounts;
+  counts.Free();
+  const std::size_t bytes = static_cast<std::size_t>(settings.CATEGS) * sizeof(float) *
+                            static_cast<std::size_t>(settings.NI);
+  if (!counts.Allocate(run.memory, bytes)) {
+    TellMissingMemory(run, bytes);
+    return LeaveKeys(settings);
+  }
+  float* const counted = reinterpret_cast<float*>(counts.Data());
+  CountCodes(run, counted);
+  settings.keyStrings = {MostFrequentCodes(run, counted)};
+  settings.keyScores = {1};
+  settings.NKEY = 1;
+  DecideRescoring(settings);
+  ShowKey(run, settings.keyStrings[0]);
+}
 
 }  // namespace vardento

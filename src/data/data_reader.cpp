@@ -5,6 +5,8 @@
 #include "control/label_mask.h"
 #include "data/code_lookup.h"
 #include "data/data_edits.h"
+#include "data/delimited_record.h"
+#include "data/field_values.h"
 #include "data/item_labels.h"
 #include "data/person_trial.h"
 #include "data/record_reader.h"
@@ -48,9 +50,13 @@ class Intake {
         lookup_(run.settings),
         items_(ReadItems(run)),
         row_(static_cast<std::size_t>(run.settings.NI), 0),
+        weights_(run, run.settings.PWEIGHT, "PWEIGHT", "ZPW"),
+        anchors_(run, run.settings.PAFILE, "PAFILE", "ZPA"),
         selects_(!SameText(run.settings.PSELECT, "*")) {}
 
   void ReadRecords() {
+    reader_.Mark('W', weights_.Specification().Start());
+    reader_.Mark('A', anchors_.Specification().Start());
     while (reader_.Next(run_.personsRead + 1)) {
       ++run_.personsRead;
       ShowDot();
@@ -64,6 +70,8 @@ class Intake {
       }
     }
     EndDots();
+    weights_.Close();
+    anchors_.Close();
   }
 
  private:
@@ -83,10 +91,21 @@ class Intake {
     SelectPerson(person);
     StoreLabel(person);
     if (IsRead(status_[person])) {
+      StoreFieldValue(weights_, person);
+      StoreFieldValue(anchors_, person);
       const bool allKnown = lookup_.EncodeRow(fields_.Codes(), items_, row_.data());
       if (!allKnown && !warned_) WarnOfCodes(person);
     }
     WriteCodedRow(run_, person, row_.data());
+  }
+
+  void StoreFieldValue(FieldValues& values, int person) {
+    if (!values.InUse()) return;
+    const char delim = run_.settings.DELIM;
+    const FieldSpecification& fields = values.Specification();
+    values.Write(person, delim == ' '
+                             ? ExtractField(fields, reader_.Record())
+                             : ExtractDelimitedField(fields, reader_.Record(), DelimiterOf(delim)));
   }
 
   void SelectPerson(int person) {
@@ -137,6 +156,7 @@ class Intake {
   CodeLookup lookup_;
   std::vector<int> items_;
   std::vector<std::uint8_t> row_;  // a deleted item or person leaves it as it is
+  FieldValues weights_, anchors_;  // fields of the records that PWEIGHT= and PAFILE= name
   std::string numberLabel_;
   int dots_ = 0;  // on the console's last line
   bool selects_;
@@ -184,9 +204,11 @@ void ReadData(Run& run) {
   if (!TrimRight(settings.MFORMS).empty()) ConvertForms(run);
   CheckCodeCount(run);
   ScoreTable scores(settings);
-  SizeCategories(run, scores);
+  // A key that is still to be made scores nothing: the scores are known when it is.
+  const bool makesKey = settings.MAKEKEY == 'Y';
+  if (!makesKey) SizeCategories(run, scores);
   ReadItemLabels(run);
-  if (NeedsItemSelection(settings)) SelectItems(run);
+  if (NeedsItemSelection(run)) SelectItems(run);
   WriteConsole(run, " Input in process ..");
   OpenWorkFiles(run);
   run.NPERS = run.personsRead = 0;
@@ -199,9 +221,10 @@ void ReadData(Run& run) {
     EndRun(run);
   }
   if (!TrimRight(settings.EDFILE).empty()) EditData(run);
-  if (settings.MAKEKEY == 'Y') {
+  if (makesKey) {
     MakeKey(run);
     scores = ScoreTable(settings);
+    SizeCategories(run, scores);
   }
   ScorePersons(run, scores);
 }

@@ -4,7 +4,6 @@
 
 #include "data/delimited_record.h"
 #include "data/show_record.h"
-#include "platform/directories.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
 #include "run/number_text.h"
@@ -32,6 +31,29 @@ std::vector<std::string> SplitNames(std::string_view data) {
 bool IsBlank(std::string_view text) { return text.find_first_not_of(' ') == text.npos; }
 
 }  // namespace
+
+void OpenDataFile(Run& run, TextReader& file, std::string& name) {
+  AddEditEntry(run, "Edit Data File=", name);
+  WriteConsole(run, "Opening: " + name);
+  KeepFromReport(run, name, "DATA FILE");
+  int status = file.Open(name);
+  if (status == kIoOk) {
+    file.Close();
+    PrepareFile(run, name);
+    status = run.RunIoStatus != kIoOk ? run.RunIoStatus : file.Open(name);
+  }
+  if (status == kIoOk) return;
+  ReportMessage(run, " UNABLE TO OPEN DATA  FILE: " + name);
+  run.RunIoStatus = status;
+  FatalFileFailure(run, name, 'I');
+}
+
+void FailDataRecord(Run& run, const std::string& name, int status, int person) {
+  ReportMessage(
+      run, " ERROR IN DATA AT PERSON: " + IntegerText(person) + ".  CHECK DATA AND RUN AGAIN.");
+  run.RunIoStatus = status;
+  FatalFileFailure(run, name, 'R');
+}
 
 RecordFields::RecordFields(const ControlSettings& settings) : settings_(settings) {
   const auto width = static_cast<std::size_t>(settings.XWIDE);
@@ -79,7 +101,12 @@ RecordReader::RecordReader(Run& run) : run_(run), hasFormat_(!IsBlank(run.settin
     if (hasFormat_) ShowBeforeFormat();
   } else {
     run.input.control.Close();
-    names_ = SplitNames(run.settings.DATA);
+    // The records that MFORMS= wrote stand in one file, whatever its directory is called.
+    if (run.workDirectory.IsWorkFile(run.settings.DATA)) {
+      names_ = {run.settings.DATA};
+    } else {
+      names_ = SplitNames(run.settings.DATA);
+    }
   }
 }
 
@@ -93,7 +120,7 @@ bool RecordReader::Next(int person) {
       CloseFile();
       continue;
     }
-    if (status != kIoOk) FailAtPerson(status, person);
+    if (status != kIoOk) FailDataRecord(run_, name_, status, person);
     if (IsEndMark()) {
       CloseFile();
       continue;
@@ -104,32 +131,11 @@ bool RecordReader::Next(int person) {
   }
 }
 
-// A report named after the data would destroy them: nothing of it has been written so far.
-void RecordReader::KeepFromReport() {
-  if (!IsSameFile(name_, run_.report.Name())) return;
-  run_.report.Abandon();
-  FailRun(run_, "PROBLEM: REPORT FILE HAS SAME NAME AS DATA FILE");
-}
-
 bool RecordReader::OpenNextFile() {
   if (names_.empty()) return false;
   name_ = names_.back();
   names_.pop_back();
-  AddEditEntry(run_, "Edit Data File=", name_);
-  WriteConsole(run_, "Opening: " + name_);
-  KeepFromReport();
-  run_.filesInUse.push_back(name_);
-  int status = file_.Open(name_);
-  if (status == kIoOk) {
-    file_.Close();
-    PrepareFile(run_, name_);
-    status = run_.RunIoStatus != kIoOk ? run_.RunIoStatus : file_.Open(name_);
-  }
-  if (status != kIoOk) {
-    ReportMessage(run_, " UNABLE TO OPEN DATA  FILE: " + name_);
-    run_.RunIoStatus = status;
-    FatalFileFailure(run_, name_, 'I');
-  }
+  OpenDataFile(run_, file_, name_);
   reader_ = &file_;
   firstRecord_ = true;
   if (hasFormat_) ShowBeforeFormat();
@@ -167,20 +173,13 @@ void RecordReader::ShowFirst() {
   firstRecord_ = false;
   ShowRecord(run_,
              hasFormat_ ? " Input Data Record after FORMAT=:" : " Input Data Record:", Record(),
-             withRuler_, RecordMarks(run_.settings, Record()));
+             withRuler_, RecordMarks(run_.settings, Record(), extraMarks_));
   withRuler_ = false;
 }
 
 void RecordReader::CloseFile() {
   reader_->Close();
   reader_ = nullptr;
-}
-
-void RecordReader::FailAtPerson(int status, int person) {
-  ReportMessage(
-      run_, " ERROR IN DATA AT PERSON: " + IntegerText(person) + ".  CHECK DATA AND RUN AGAIN.");
-  run_.RunIoStatus = status;
-  FatalFileFailure(run_, name_, 'R');
 }
 
 }  // namespace vardento

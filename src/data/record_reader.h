@@ -7,9 +7,18 @@
 #include <vector>
 
 #include "control/data_format.h"
+#include "data/show_record.h"
 #include "run/run.h"
 
 namespace vardento {
+
+// Opens a data file that the user named: registers it with the Edit menu and among the files in
+// use, tells it on the console and makes it fit for reading. Ends the run when it is the report or
+// can't be read. `name` may come back changed by the user.
+void OpenDataFile(Run& run, TextReader& file, std::string& name);
+
+// Ends the run for a data record, that of person number `person`, which can't be read to its end.
+[[noreturn]] void FailDataRecord(Run& run, const std::string& name, int status, int person);
 
 // Label and responses of one record, however it is laid out: in columns, by FORMAT= or by DELIM=.
 class RecordFields {
@@ -47,9 +56,10 @@ class RecordReader {
   // User messages are handled before each record.
   bool Next(int person);
   std::string& Record() { return run_.input.ControlLine; }
+  // Shows "^" and the letter under this column (field, with DELIM=) of the first record; 0: not.
+  void Mark(char letter, int column) { extraMarks_.push_back({column, letter}); }
 
  private:
-  void KeepFromReport();
   bool OpenNextFile();
   void ShowBeforeFormat();
   int ReadRecord();
@@ -58,7 +68,6 @@ class RecordReader {
   bool IsEndMark();
   void ShowFirst();
   void CloseFile();
-  [[noreturn]] void FailAtPerson(int status, int person);
 
   Run& run_;
   bool hasFormat_ = false;
@@ -72,6 +81,7 @@ class RecordReader {
   std::vector<std::string> names_;  // files still to come, the next one last
   bool firstRecord_ = true;         // of the file in hand
   bool withRuler_ = true;
+  std::vector<RecordMark> extraMarks_;
 };
 
 }  // namespace vardento

@@ -1,22 +1,38 @@
 #include "data/select_items.h"
 
+#include "control/label_mask.h"
+#include "control/list_file.h"
+#include "data/field_values.h"
+#include "data/work_files.h"
 #include "run/number_text.h"
 
 namespace vardento {
 
-namespace {
-
-bool HoldsFieldSpecification(const std::string& text) {
-  return text.find("$S") != std::string::npos || text.find("$s") != std::string::npos;
+bool NeedsItemSelection(const Run& run) {
+  const ControlSettings& settings = run.settings;
+  for (const std::string* name : {&settings.IWEIGHT, &settings.IAFILE}) {
+    if (HoldsFieldSpecification(*name) && !run.workDirectory.IsWorkFile(*name)) return true;
+  }
+  return !SameText(settings.ISELECT, "*");
 }
 
-}  // namespace
-
-bool NeedsItemSelection(const ControlSettings& settings) {
-  return HoldsFieldSpecification(settings.IWEIGHT) || HoldsFieldSpecification(settings.IAFILE) ||
-         !SameText(settings.ISELECT, "*");
+void SelectItems(Run& run) {
+  ControlSettings& settings = run.settings;
+  FieldValues weights(run, settings.IWEIGHT, "IWEIGHT", "ZIW");
+  FieldValues anchors(run, settings.IAFILE, "IAFILE", "ZIA");
+  const bool selects = !SameText(settings.ISELECT, "*");
+  const auto length = static_cast<std::size_t>(settings.ITLEN);
+  for (int i = 1; i <= settings.NI; ++i) {
+    std::string label = ItemLabelOf(run, i);
+    if (label.size() < length) label.resize(length, ' ');
+    if (selects && MatchLabel(settings.ISELECT, label) < 0) {
+      run.arrays.ItemStatus[i] = Status::Deleted;
+    }
+    if (weights.InUse()) weights.Write(i, ExtractField(weights.Specification(), label));
+    if (anchors.InUse()) anchors.Write(i, ExtractField(anchors.Specification(), label));
+  }
+  weights.Close();
+  anchors.Close();
 }
-
-void SelectItems(Run&) {}
 
 }  // namespace vardento

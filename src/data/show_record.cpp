@@ -50,7 +50,8 @@ std::string MarkLine(const std::vector<RecordMark>& marks) {
   return line;
 }
 
-std::vector<RecordMark> RecordMarks(const ControlSettings& settings, std::string_view record) {
+std::vector<RecordMark> RecordMarks(const ControlSettings& settings, std::string_view record,
+                                    const std::vector<RecordMark>& extra) {
   const int width = settings.XWIDE;
   int first = settings.ITEM1;
   int last = settings.ITEM1 + (settings.NI - 1) * width;
@@ -63,7 +64,12 @@ std::vector<RecordMark> RecordMarks(const ControlSettings& settings, std::string
     first = (settings.ITEM1 - 1) * width + 1;
     last = first + (settings.NI - 1) * width;
   }
-  return {{first, 'I'}, {last, 'N'}, {label, 'P'}};
+  std::vector<RecordMark> marks{{first, 'I'}, {last, 'N'}, {label, 'P'}};
+  for (RecordMark mark : extra) {
+    if (settings.DELIM != ' ') mark.column = ColumnOfField(record, settings.DELIM, mark.column);
+    marks.push_back(mark);
+  }
+  return marks;
 }
 
 void ShowRecord(Run& run, std::string_view title, std::string_view record, bool withRuler,

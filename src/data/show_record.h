@@ -23,8 +23,9 @@ std::vector<std::string> RulerLines(int width);
 std::string MarkLine(const std::vector<RecordMark>& marks);
 
 // Where the first and the last response and the label stand in `record`. With DELIM= the places of
-// the fields are looked up in it.
-std::vector<RecordMark> RecordMarks(const ControlSettings& settings, std::string_view record);
+// the fields are looked up in it, also for the columns of `extra`, which come last.
+std::vector<RecordMark> RecordMarks(const ControlSettings& settings, std::string_view record,
+                                    const std::vector<RecordMark>& extra = {});
 
 // Writes title, ruler if asked for, the record with its control characters blanked, and the marks
 // if there are any, on the console.
