@@ -213,7 +213,6 @@ void NumberCategories(RunArrays& arrays) {
       arrays.CodeToCategory[start + arrays.CategoryToCode[start]] = -4;
       last = -1;
     }
-    for (int k = last + 1; k <= top; ++k) arrays.CodeToCategory[start + k] = -3;
     arrays.GroupTop[g] = last;
   }
 }

@@ -9,12 +9,16 @@
 namespace vardento {
 
 // The normal-approximation phase ("PROX"): settles extreme entries and the structure of the scales,
-// leaves measures in logits. Ends the run when no active person or item is left.
+// leaves measures in logits. Ends the run when no active person or item is left. Run once more
+// after observations were dropped it goes on from the statuses and scales that the first phase
+// left.
 void EstimateStartValues(Run& run, EstimationListener& listener);
-// Drops observations outside CUTLO= and CUTHI=; a later piece of work builds it. True when any was
-// dropped.
-bool DropOutOfRange(Run& run);
-// Looks for disconnected subsets; a later piece of work builds it.
+// Makes the responses of active persons to active items missing where the person is further below
+// the item than CUTLO= or further above it than CUTHI=, which become distances in logits. True when
+// any was dropped: EstimateStartValues must then run once more.
+bool DropOutOfRange(Run& run, EstimationListener& listener);
+// Looks for subsets of persons and items that nothing in the data ties to each other; warns of them
+// and leaves run.connectivityText. Nothing when there is no memory for it or the user stops it.
 void CheckConnectivity(Run& run);
 // The joint maximum likelihood iteration ("UCON").
 Outcome EstimateJoint(Run& run, EstimationListener& listener);

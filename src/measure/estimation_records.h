@@ -32,6 +32,9 @@ class EstimationListener {
   virtual void BeginProx() = 0;      // a new page, the title and the PROX head
   virtual void BeginProxPass() = 0;  // a new page if one is due
   virtual void EndProxPass(const ProxRecord&) = 0;
+  // Observations outside CUTLO= and CUTHI= (user units) are about to be dropped; how many were.
+  virtual void BeginRangeCut(float low, float high) = 0;
+  virtual void EndRangeCut(long long dropped) = 0;
   virtual void BeginUcon() = 0;           // rule and head of the UCON half
   virtual void BeginUconIteration() = 0;  // a new page if one is due
   virtual void EndUconIteration(const UconRecord&) = 0;

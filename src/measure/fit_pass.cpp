@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "data/work_files.h"
 #include "run/messages.h"
@@ -245,9 +246,11 @@ void FitPass::AddCategoryFit(const ItemInHand& hand, int x, double y, double zz,
 }
 
 void FitPass::CountHit(const ItemInHand& hand, int x, double y, double w) {
-  // Counts are whole: each addition is cut to an integer.
+  // Counts are whole: each addition is cut to an integer, and huge weights stop at the largest.
   const auto add = [w](std::int32_t& count) {
-    count = static_cast<std::int32_t>(static_cast<double>(count) + w);
+    constexpr double kLargestCount = std::numeric_limits<std::int32_t>::max();
+    const double sum = std::min(kLargestCount, static_cast<double>(count) + w);
+    count = static_cast<std::int32_t>(std::max(0.0, sum));
   };
   int expectedCategory = x;
   if (std::fabs(y) > 0.5) {
@@ -449,9 +452,8 @@ void FitPass::RescaleLocalSide(Array1<float> infitZ, Array1<float> outfitZ,
   const auto rescale = [&](Array1<float> values, int slot) {
     double n = 0, sum = 0, squares = 0;
     const auto weightOf = [&](int i) { return weighted ? weights[i] : 1.0F; };
-    const auto counts = [&](int i) { return IsActive(status[i]) && weightOf(i) > 0; };
     for (int i = 1; i <= values.Size(); ++i) {
-      if (!counts(i)) continue;
+      if (!IsActive(status[i]) || !(weightOf(i) > 0)) continue;
       n += weightOf(i);
       sum += static_cast<double>(values[i]) * weightOf(i);
       squares += static_cast<double>(values[i]) * values[i] * weightOf(i);
@@ -461,7 +463,7 @@ void FitPass::RescaleLocalSide(Array1<float> infitZ, Array1<float> outfitZ,
     const double factor = scale > kTiny ? 1.0 / scale : 1.0;
     summary_.slots[slot] = StatSlot();
     for (int i = 1; i <= values.Size(); ++i) {
-      if (!counts(i)) continue;
+      if (!IsActive(status[i])) continue;  // a weight of 0 counts for nothing, yet is on one scale
       values[i] = ZCode(values[i] * factor, 0);
       summary_.slots[slot].Add(values[i], weightOf(i));
     }

@@ -84,9 +84,9 @@ void CorrelationRecord::Add(double x, double y, double weight) {
   meanX += (x - meanX) * weight * share;
   if (!(weight < n)) return;
   const double a = weight / (n - weight);
-  varianceY += (meanY - y) * (meanY - y) * a - varianceY * share;
-  varianceX += (meanX - x) * (meanX - x) * a - varianceX * share;
-  covariance += (meanX - x) * (meanY - y) * a - covariance * share;
+  varianceY += (meanY - y) * (meanY - y) * a - varianceY * weight * share;
+  varianceX += (meanX - x) * (meanX - x) * a - varianceX * weight * share;
+  covariance += (meanX - x) * (meanY - y) * a - covariance * weight * share;
 }
 
 double CorrelationRecord::Correlation() const {
@@ -96,23 +96,13 @@ double CorrelationRecord::Correlation() const {
 
 void RunningSpread::Add(double z, double weight) {
   if (!(weight > 0)) return;
-  const auto next = static_cast<std::int64_t>(static_cast<double>(n_) + weight);
-  const double total = static_cast<double>(next);
-  // Weights below 1 may leave the whole-number counter where it was: the spread begins anew.
-  if (first_ || !(total - weight > 0)) {
-    first_ = false;
-    n_ = next;
-    mean_ = z;
-    squares_ = 0;
-    return;
-  }
-  mean_ += (z - mean_) * weight / total;
-  const double a = (z - mean_) * weight / (total - weight);
-  squares_ += (total - weight) * a * a - squares_ * weight / total;
-  n_ = next;
+  n_ += weight;
+  const double distance = z - mean_;
+  mean_ += distance * weight / n_;
+  variance_ += (distance * (z - mean_) - variance_) * weight / n_;
 }
 
-double RunningSpread::SD() const { return std::sqrt(std::max(squares_, 0.0)); }
+double RunningSpread::SD() const { return std::sqrt(std::max(variance_, 0.0)); }
 
 void EnterWorst(std::vector<WorstEntry>& list, int number, float z) {
   if (list.size() == kWorstListLength && z < list.back().z) return;

@@ -58,7 +58,7 @@ struct CorrelationRecord {
   double Correlation() const;
 };
 
-// Mean and S.D. of the standardised residuals.
+// Weighted mean and S.D. of the standardised residuals.
 class RunningSpread {
  public:
   void Add(double z, double weight);
@@ -66,10 +66,9 @@ class RunningSpread {
   double SD() const;
 
  private:
-  bool first_ = true;
-  std::int64_t n_ = 0;
+  double n_ = 0;  // sum of weights
   double mean_ = 0;
-  double squares_ = 0;
+  double variance_ = 0;
 };
 
 // Keeps the most unexpected entries, largest first, each entry once.

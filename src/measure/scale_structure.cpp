@@ -98,6 +98,8 @@ class Renumbering {
       arrays_.CodeToCategory[start_ + arrays_.CategoryToCode[start_]] = -4;
       last = -1;
     }
+    // No step leads into the lowest category that is left.
+    if (StatusAt(0) != 2) arrays_.StepCalibration[start_] = 0;
     arrays_.GroupTop[group_] = last;
     result_.largestTop = std::max(result_.largestTop, last);
   }

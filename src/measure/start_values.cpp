@@ -35,14 +35,21 @@ double FlooredLogOdds(double passed, double failed) {
 }  // namespace
 
 void StartValues::Open() {
+  const bool repeated = run_.ActivePersons > 0;
   listener_.BeginProx();
-  NumberCategories(run_.arrays);
+  // The responses keep the codes of the data, so categories that the first phase has numbered keep
+  // their codes as well: numbering them anew would tell one code for another once any was dropped.
+  if (!repeated) NumberCategories(run_.arrays);
   for (float& value : run_.arrays.PersonTotalScore) value = 0;
   for (float& value : run_.arrays.PersonTotalCount) value = 0;
   itemTotalScore_.assign(static_cast<std::size_t>(run_.settings.NI) + 1, 0.0);
   itemTotalCount_.assign(static_cast<std::size_t>(run_.settings.NI) + 1, 0.0);
   items_.assign(static_cast<std::size_t>(run_.settings.NI) + 1, ItemSums());
   if (run_.settings.PTBIS == 'Y' && !biserial_.Allocate(run_)) run_.settings.PTBIS = 'N';
+  if (repeated) return;
+  run_.ActivePersons = run_.NPERS;
+  run_.ActiveItems = run_.settings.NI;
+  run_.ActiveCategories = run_.NCATS;
 }
 
 ProxRecord StartValues::RunPass() {
@@ -150,17 +157,19 @@ StartValues::PersonSums StartValues::AddResponses(int person, StatusByte status)
   if (biserial_.InUse()) biserial_.BeginPerson(person);
   double totalScore = 0, totalCount = 0;
   for (const ItemInHand& hand : walk_.For(status)) {
-    const int x = hand.CategoryOf(row[hand.item - 1]);
+    const std::uint8_t code = row[hand.item - 1];
+    const int x = hand.CategoryOf(code);
     if (x < 0) {
       sums.complete = false;
       continue;
     }
     if (firstPass_) {
+      // By code, which stays when categories are renumbered.
       const auto item = static_cast<std::size_t>(hand.item);
       totalCount += hand.weight;
-      totalScore += x * hand.weight;
+      totalScore += code * hand.weight;
       itemTotalCount_[item] += pw;
-      itemTotalScore_[item] += x * pw;
+      itemTotalScore_[item] += code * pw;
     }
     if (biserial_.InUse()) biserial_.Add(hand.item, x, hand.weight, pw);
     AddObservation(hand, x, status, b, pw, sums);
@@ -368,9 +377,6 @@ void StartValues::LeaveTotals() {
 void EstimateStartValues(Run& run, EstimationListener& listener) {
   StartValues phase(run, listener);
   phase.Open();
-  run.ActivePersons = run.NPERS;
-  run.ActiveItems = run.settings.NI;
-  run.ActiveCategories = run.NCATS;
   ProxRecord last;
   for (;;) {
     const ProxRecord record = phase.RunPass();

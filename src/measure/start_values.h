@@ -15,6 +15,7 @@ namespace vardento {
 class StartValues {
  public:
   StartValues(Run& run, EstimationListener& listener) : run_(run), listener_(listener) {}
+  // The head of the table; the first numbering of the categories unless the phase runs once more.
   void Open();
   // One pass over persons, items and scales; the record of what it did. Begins by making the list
   // of measured items.

@@ -59,7 +59,12 @@ class StepUpdate {
     double observedBelow = 0, expectedBelow = 0;
     double largest = 1;
     for (int k = 0; k <= top_; ++k) {
-      if (StatusAt(k) <= 0) continue;
+      if (StatusAt(k) <= 0) {
+        // In succession a category behind an unused one has no step of its own, yet whoever is in
+        // it has failed the next step.
+        if (letter_ == 'S') observedBelow = Target(k);
+        continue;
+      }
       const double observed = Observed(k);
       if (k > 0) {
         if (letter_ != 'R') expectedBelow = observed + observedBelow - Expected(k);

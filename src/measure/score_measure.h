@@ -1,0 +1,27 @@
+// Score to measure: the measure of a raw score that need not belong to anybody. Two solvers of one
+// form, for a person's score over the active items and an item's score over the active persons.
+// They work on final measures, once the fit pass is over.
+#pragma once
+
+#include "run/run.h"
+
+namespace vardento {
+
+struct ScoreMeasure {
+  float measure = 0;      // user units
+  float error = 0;        // standard error, user units, positive
+  float information = 0;  // per squared logit
+};
+
+// The measure of a person with this raw score on the active items, found by bisection to 0.01
+// logits. `start`: where the search begins, user units. `maximum`: the largest possible score,
+// above 0. Scores count from 0, as the items' weights have them. A score within EXTRSC= of either
+// end is moved in from it, so that 0 and the maximum have measures too.
+ScoreMeasure MeasureForPersonScore(const Run& run, float start, double score, double maximum);
+
+// The difficulty of an item of the group with this raw score on the active persons, found by
+// interpolation of the log-odds of the score, to a tenth of a score point.
+ScoreMeasure MeasureForItemScore(const Run& run, int group, float start, double score,
+                                 double maximum);
+
+}  // namespace vardento
