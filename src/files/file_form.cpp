@@ -11,9 +11,7 @@
 namespace vardento {
 namespace {
 
-constexpr std::size_t kLineLength = 260;
 constexpr int kLabelLength = 12;
-constexpr std::size_t kTitleLength = 60;
 
 }  // namespace
 
@@ -26,6 +24,12 @@ std::string clean_csv_line(std::string_view line, char csv) {
     clean.push_back(!quoted && c == ',' && csv == 'T' ? '\t' : c);
   }
   return clean;
+}
+
+std::string HeadLabel(std::string_view label) { return PadRight(label, kLabelLength); }
+
+std::string_view HeadTitle(const Run& run, std::size_t length) {
+  return TrimRight(std::string_view(run.settings.TITLE).substr(0, length));
 }
 
 // A slip of the pen must not cost the user the Control File, the data or the report. A device may
@@ -43,8 +47,13 @@ bool OutputFile::Open(const std::string& name) {
   return Check(writer_.Open(std::string(TrimRight(name)), FileMode::Replace), 'O');
 }
 
-bool OutputFile::WriteLine(std::string_view line) {
-  line = line.substr(0, kLineLength);
+bool OutputFile::Refuse(const std::string& name, int status) {
+  name_ = name;
+  return Check(status, 'O');
+}
+
+bool OutputFile::WriteLine(std::string_view line, std::size_t length) {
+  line = line.substr(0, length);
   if (IsFixed()) return Check(writer_.WriteLine(TrimRight(line)), 'W');
   return Check(writer_.WriteLine(clean_csv_line(line, run_.settings.CSV)), 'W');
 }
@@ -57,9 +66,8 @@ bool OutputFile::WriteHead(std::string_view label, std::string_view fixedNames,
   const auto put = [&](std::string_view text) {
     return WriteLine(std::string(mark).append(text).append(end));
   };
-  return put(PadRight(label, kLabelLength) + " FILE FOR") &&
-         put(TrimRight(std::string_view(run_.settings.TITLE).substr(0, kTitleLength))) &&
-         put(run_.RunStamp) && WriteLine(IsFixed() ? fixedNames : separatedNames);
+  return put(HeadLabel(label) + " FILE FOR") && put(HeadTitle(run_)) && put(run_.RunStamp) &&
+         WriteLine(IsFixed() ? fixedNames : separatedNames);
 }
 
 bool OutputFile::Close() { return Check(writer_.Close(), 'W'); }

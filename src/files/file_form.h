@@ -15,6 +15,11 @@ namespace vardento {
 // quotes into tabs. A quote inside a label simply changes sides.
 std::string clean_csv_line(std::string_view line, char csv);
 
+// The facet label as head lines show it: 12 characters, its trailing blanks kept.
+std::string HeadLabel(std::string_view label);
+// The run's title without trailing blanks, at most `length` characters.
+std::string_view HeadTitle(const Run& run, std::size_t length = 60);
+
 // One output file while it is written. A failure is told once, marks the run as one that ends badly
 // and stops the writing; the run goes on.
 class OutputFile {
@@ -23,9 +28,9 @@ class OutputFile {
 
   // Creates the file, or replaces what it held. False after a failure.
   bool Open(const std::string& name);
-  // Writes one line in the form that CSV= asks for, cut at 260 characters and without trailing
+  // Writes one line in the form that CSV= asks for, cut at `length` characters and without trailing
   // blanks. False after a failure: the caller stops.
-  bool WriteLine(std::string_view line);
+  bool WriteLine(std::string_view line, std::size_t length = kLineLength);
   // The first three head lines: what the file is for, the title, the stamp; then the names of the
   // columns in the two forms. Nothing with HLINES=N.
   bool WriteHead(std::string_view label, std::string_view fixedNames,
@@ -33,9 +38,14 @@ class OutputFile {
   // Closes the file; what was buffered may fail only now.
   bool Close();
 
+  // Tells a failure of the file `name` that came before it could be opened; always false.
+  bool Refuse(const std::string& name, int status);
+
   bool IsFixed() const { return run_.settings.CSV == 'N'; }
 
  private:
+  static constexpr std::size_t kLineLength = 260;
+
   bool Check(int status, char operation);
   bool IsInUse(const std::string& name) const;
 

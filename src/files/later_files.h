@@ -6,8 +6,6 @@
 
 namespace vardento {
 
-inline void WriteStepFile(Run&) {}               // SFILE=
-inline void WriteItemStepFile(Run&) {}           // ISFILE=
 inline void WriteScoreFile(Run&) {}              // SCFILE=
 inline void WriteGraphFile(Run&) {}              // GRFILE=
 inline void WriteDistractorFile(Run&) {}         // DISFILE=

@@ -150,6 +150,28 @@ void ConvergenceTable::BeginProxPass() { BreakPage(run_, ProxHead); }
 
 void ConvergenceTable::EndProxPass(const ProxRecord& record) { PutBoth(run_, ProxRow(record)); }
 
+void ConvergenceTable::BeginRangeCut(float low, float high) {
+  ReportLine line;
+  PutBar(line, 2);
+  line.At(4).Text("DROPPING OUT OF RANGE OBSERVATIONS.  CUTLOW=").Fixed(low, 6, 2);
+  line.Text("  CUTHIGH=").Fixed(high, 6, 2);
+  PutBar(line, kBarColumn);
+  PutBoth(run_, line);
+}
+
+void ConvergenceTable::EndRangeCut(long long dropped) {
+  ReportLine line;
+  PutBar(line, 2);
+  line.At(4);
+  if (dropped == 0) {
+    line.Text("THERE WERE NO OUT OF RANGE OBSERVATIONS");
+  } else {
+    line.Integer(dropped, 10).Text(" OBSERVATIONS DROPPED");
+  }
+  PutBar(line, kBarColumn);
+  PutBoth(run_, line);
+}
+
 void ConvergenceTable::BeginUcon() {
   PutBoth(run_, BoxRule(Box::LeftTee, kRuleLength, Box::RightTee));
   const Head head = UconHead(run_.settings);

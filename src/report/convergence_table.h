@@ -12,6 +12,8 @@ class ConvergenceTable : public EstimationListener {
   void BeginProx() override;
   void BeginProxPass() override;
   void EndProxPass(const ProxRecord& record) override;
+  void BeginRangeCut(float low, float high) override;
+  void EndRangeCut(long long dropped) override;
   void BeginUcon() override;
   void BeginUconIteration() override;
   void EndUconIteration(const UconRecord& record) override;

@@ -104,6 +104,8 @@ void PutPageHeading(Run& run, int blankLines) {
   run.report.PageNumber = 1;
   PutTitleLine(run, newPage);
   if (run.personsRead > 0) PutCountsLine(run);
+  // Measures of different subsets can't be compared: every page says so.
+  if (!run.connectivityText.empty()) WriteReportText(run, run.connectivityText);
   ReportLine rule;
   rule.At(2).Repeat(Box::Horizontal, kHeadingRule);
   PutReportLine(run, rule);

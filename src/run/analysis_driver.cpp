@@ -3,6 +3,7 @@
 #include "control/control_reader.h"
 #include "files/later_files.h"
 #include "files/measure_files.h"
+#include "files/step_files.h"
 #include "measure/estimation.h"
 #include "report/convergence_table.h"
 #include "report/report_writer.h"
@@ -18,17 +19,25 @@ void ClearStopRequest(Run& run) {
   run.StopRequest = 0;
 }
 
+// A phase before the joint iteration is over. The next may have no end of its own either: the user
+// can stop it as well, so that the next interrupt is the first again.
+void ForgetStopRequest(Run& run) {
+  ClearStopRequest(run);
+  run.interruptsSeen = 0;
+  run.console->ClearInterrupts();
+}
+
 void EstimateMeasures(Run& run) {
   ConvergenceTable convergence(run);
   run.StopRequest = 0;
   run.phases.Enter(Phase::StartValues);
   EstimateStartValues(run, convergence);
-  ClearStopRequest(run);
+  ForgetStopRequest(run);
   const bool cut = run.settings.CUTLO != 0 || run.settings.CUTHI != 0;
-  if (cut && DropOutOfRange(run)) EstimateStartValues(run, convergence);
-  ClearStopRequest(run);
+  if (cut && DropOutOfRange(run, convergence)) EstimateStartValues(run, convergence);
+  ForgetStopRequest(run);
   CheckConnectivity(run);
-  ClearStopRequest(run);
+  ForgetStopRequest(run);
   run.phases.Enter(Phase::Joint);
   EstimateJoint(run, convergence);
   ClearStopRequest(run);

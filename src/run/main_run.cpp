@@ -64,7 +64,7 @@ void TakeInData(Run& run) {
     run.RunIoStatus = -1;
     EndRun(run);
   }
-  if (NeedsItemSelection(run.settings)) SelectItems(run);
+  if (NeedsItemSelection(run)) SelectItems(run);
   ReadItemAnchors(run);
 }
 

@@ -30,6 +30,7 @@ struct WorkStores {
   DirectFile residuals;        // ZUU: NI 2-byte residuals of each active person, unless PRCOMP=N
   MemoryBlock workStore;       // NPERS person work records, or empty
   MemoryBlock responseMatrix;  // NPERS rows of NI scores, or empty
+  MemoryBlock makeKeyCounts;   // MAKEKEY=Y: for each item CATEGS reals, the count of each code
 };
 
 }  // namespace vardento

@@ -1,0 +1,254 @@
+#include "files/step_files.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <string>
+
+#include "files/file_form.h"
+#include "measure/entry_values.h"
+#include "run/messages.h"
+#include "run/number_text.h"
+
+namespace vardento {
+namespace {
+
+// A category that was kept though nobody used it: the step into it is put this far up, in logits,
+// and the step behind it as far down, so that an anchored run passes over the category as well.
+constexpr float kOutOfReach = 40;
+constexpr int kKept = 0, kAnchored = 2;  // step status
+
+// The running value of the steps of one scale, on the user's scale, position by position.
+class RunningStep {
+ public:
+  RunningStep(const Run& run, int group)
+      : arrays_(run.arrays),
+        first_(run.arrays.GroupStart[group]),
+        scale_(std::fabs(run.settings.USCALE)),
+        oneGroup_(run.NGROUPS == 1) {}
+
+  // The value at the next position; called for the first, the second ... in order.
+  float At(int position) {
+    const int status = arrays_.StepStatus[position];
+    if (status == kKept) {
+      if (position > first_) PassOver();
+      return value_;
+    }
+    // No step leads into the first category: what stands there is only of note when the user has
+    // put it there.
+    if (position > first_ || status == kAnchored) Take(position, status);
+    return value_;
+  }
+
+ private:
+  void PassOver() {
+    value_ += kOutOfReach * scale_;
+    carry_ -= oneGroup_ ? value_ : kOutOfReach;
+  }
+  void Take(int position, int status) {
+    const float carry = status == 1 ? carry_ : 0;
+    const float step = arrays_.StepCalibration[position];
+    value_ = oneGroup_ ? scale_ * step + carry : scale_ * (step + carry);
+    carry_ = 0;
+  }
+
+  const RunArrays& arrays_;
+  int first_;
+  float scale_;
+  bool oneGroup_;
+  float value_ = 0;
+  float carry_ = 0;  // in user units with one scale, in logits with several
+};
+
+std::string FixedNumber(float value) { return fixed_field(value, 8, 2); }
+
+// Writes SFILE=.
+class StepFile {
+ public:
+  explicit StepFile(Run& run) : run_(run), arrays_(run.arrays), file_(run) {}
+
+  void Write() {
+    const std::string& name = run_.settings.SFILE;
+    WriteConsole(run_, "Writing Step Measure file ...");
+    AddEditEntry(run_, "Edit Step SFILE=", name);
+    if (!file_.Open(name)) return;
+    if (WriteHead() && WriteRows()) file_.Close();
+  }
+
+ private:
+  bool OneGroup() const { return run_.NGROUPS == 1; }
+
+  bool WriteHead() {
+    if (run_.settings.HLINES != 'Y') return true;
+    const std::string label = HeadLabel(run_.settings.ITEM_LABEL);
+    const std::string about =
+        "STEP DIFFICULTY anchor FILE FOR " + std::string(HeadTitle(run_)) + " " + run_.RunStamp;
+    if (file_.IsFixed()) {
+      return file_.WriteLine("; " + about) &&
+             file_.WriteLine(OneGroup() ? "; CATEGORY  STEP DIFFICULTY"
+                                        : "; " + label + " CATEGORY  STEP anchor DIFFICULTY");
+    }
+    return file_.WriteLine("\";" + about + "\"") &&
+           file_.WriteLine((OneGroup() ? "\";" : "\";" + label + "\",\"") +
+                           "CATEGORY\",\"STEP anchor DIFFICULTY\"");
+  }
+
+  bool WriteRows() {
+    if (OneGroup()) return WriteGroup(1, "");
+    const int NI = run_.settings.NI;
+    for (int i = 1; i <= NI; ++i) {
+      const std::string entry = integer_text(i, 6) + (file_.IsFixed() ? "" : ",");
+      if (IsActive(arrays_.ItemStatus[i]) && !WriteGroup(arrays_.ItemGroup[i], entry)) return false;
+      ShowProgress(run_, i, NI);
+    }
+    return true;
+  }
+
+  // The rows of a scale, each behind `entry`.
+  bool WriteGroup(int group, const std::string& entry) {
+    if (arrays_.GroupTop[group] < 1) return true;
+    const int first = arrays_.GroupStart[group];
+    RunningStep step(run_, group);
+    for (int position = first; position <= first + arrays_.GroupTop[group]; ++position) {
+      const std::string row = entry + integer_text(arrays_.CategoryToCode[position], 3) +
+                              (file_.IsFixed() ? " " : ",") +
+                              number_text(step.At(position), 7, "(F7.2)");
+      if (!file_.WriteLine(row)) return false;
+    }
+    return true;
+  }
+
+  Run& run_;
+  const RunArrays& arrays_;
+  OutputFile file_;
+};
+
+// Writes ISFILE=.
+class ItemStepFile {
+ public:
+  explicit ItemStepFile(Run& run)
+      : run_(run), arrays_(run.arrays), settings_(run.settings), file_(run) {
+    for (const int top : arrays_.GroupTop) largestTop_ = std::max(largestTop_, top);
+  }
+
+  void Write() {
+    const std::string& name = settings_.ISFILE;
+    WriteConsole(run_, "Writing Item-Step file ...");
+    AddEditEntry(run_, "Edit Item-Step ISFILE=", name);
+    const std::size_t bytes = sizeof(float) * static_cast<std::size_t>(run_.NCATS);
+    if (!block_.Allocate(run_.memory, bytes)) {
+      file_.Refuse(name, ENOMEM);
+      return;
+    }
+    steps_ = BlockCutter(block_).Cut<float>(run_.NCATS);
+    ComputeSteps();
+    if (!file_.Open(name)) return;
+    if (WriteHead() && WriteRows()) file_.Close();
+  }
+
+ private:
+  static constexpr std::size_t kRowLength = 5000;
+
+  void ComputeSteps() {
+    if (run_.NGROUPS == 1) return ComputeGroup(1);
+    for (int i = 1; i <= settings_.NI; ++i) {
+      if (IsActive(arrays_.ItemStatus[i])) ComputeGroup(arrays_.ItemGroup[i]);
+    }
+  }
+  void ComputeGroup(int group) {
+    const int first = arrays_.GroupStart[group];
+    RunningStep step(run_, group);
+    for (int position = first; position <= first + arrays_.GroupTop[group]; ++position) {
+      steps_[position] = step.At(position);
+    }
+  }
+
+  bool WriteHead() {
+    if (settings_.HLINES != 'Y') return true;
+    const bool fixed = file_.IsFixed();
+    const std::string mark = fixed ? ";" : "\"";
+    const std::string end = fixed ? "" : "\"";
+    const std::string label = HeadLabel(settings_.ITEM_LABEL).substr(0, fixed ? 12 : 6);
+    const std::string_view title = fixed ? HeadTitle(run_) : HeadTitle(run_, 45);
+    std::string names =
+        fixed ? "; ENTRY  ST  MAX  LOW   AT.25" : "\"ENTRY\",\"ST\",\"MAX\",\"LOW\",\"AT.25\"";
+    for (int k = 1; k <= largestTop_; ++k) {
+      names += fixed ? "  CAT STEP MEASURE   ERROR  AT-0.5  ATSTEP  THRESH"
+                     : ",\"CAT\",\"STEP\",\"MEASURE\",\"ERROR\",\"AT-0.5\",\"ATSTEP\",\"THRESH\"";
+    }
+    return file_.WriteLine(mark + label + " STEP FILE (do not use for anchoring) FOR" + end) &&
+           file_.WriteLine(mark + std::string(title) + end) &&
+           file_.WriteLine(mark + PadRight(run_.RunStamp, 24) + end) &&
+           file_.WriteLine(names, kRowLength);
+  }
+
+  bool WriteRows() {
+    for (int i = 1; i <= settings_.NI; ++i) {
+      if (!file_.WriteLine(RowOf(i), kRowLength)) return false;
+      ShowProgress(run_, i, settings_.NI);
+    }
+    return true;
+  }
+
+  // Puts a field behind the row, with a comma in the separated forms.
+  void Put(const std::string& field) {
+    row_ += field;
+    if (!file_.IsFixed()) row_ += ',';
+  }
+
+  const std::string& RowOf(int item) {
+    const bool dead = !IsMeasured(arrays_.ItemStatus[item]);
+    const int group = arrays_.ItemGroup[item];
+    const int first = arrays_.GroupStart[group];
+    const int top = dead ? 0 : std::max(arrays_.GroupTop[group], 0);
+    const float d = dead ? 0 : arrays_.ItemMeasure[item];
+    row_.clear();
+    if (file_.IsFixed()) row_ = dead && settings_.HLINES == 'Y' ? ";" : " ";
+    Put(integer_field(item, 5));
+    Put(integer_field(arrays_.ItemStatus[item], 5));
+    Put(integer_field(top, 5));
+    Put(integer_field(dead ? 0 : arrays_.CategoryToCode[first], 5));
+    Put(FixedNumber(dead ? 0 : d + arrays_.CategoryMeasurePoint[first]));
+    for (int k = 1; k <= largestTop_; ++k) {
+      if (k <= top) {
+        PutStep(d, first, k);
+      } else {
+        PutPadding();
+      }
+    }
+    return row_;
+  }
+
+  void PutStep(float d, int first, int k) {
+    const int position = first + k;
+    const float information = std::max(arrays_.CategoryInformation[position], 0.001F);
+    Put(integer_field(arrays_.CategoryToCode[position], 5));
+    Put(integer_field(k + arrays_.CategoryToCode[first], 5));
+    Put(FixedNumber(d + steps_[position]));
+    Put(FixedNumber(std::fabs(settings_.USCALE) / std::sqrt(information)));
+    Put(FixedNumber(d + arrays_.CategoryHalfPoint[position]));
+    Put(FixedNumber(d + arrays_.CategoryMeasurePoint[position]));
+    Put(FixedNumber(d + arrays_.CategoryThurstone[position]));
+  }
+
+  void PutPadding() {
+    for (int field = 1; field <= 7; ++field) Put(field <= 2 ? integer_field(0, 5) : FixedNumber(0));
+  }
+
+  Run& run_;
+  const RunArrays& arrays_;
+  const ControlSettings& settings_;
+  OutputFile file_;
+  MemoryBlock block_;
+  Array1<float> steps_;  // by category position
+  int largestTop_ = 0;
+  std::string row_;
+};
+
+}  // namespace
+
+void WriteStepFile(Run& run) { StepFile(run).Write(); }
+
+void WriteItemStepFile(Run& run) { ItemStepFile(run).Write(); }
+
+}  // namespace vardento
