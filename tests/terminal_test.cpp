@@ -1,5 +1,4 @@
-// The program at a terminal: prompts and answers, stopping the iteration, and the ways out of the
-// idle state.
+// The program at a terminal: prompts and answers, stopping the iteration, ways out when idle.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -48,6 +47,9 @@ TEST_F(Terminal, AsksForWhatTheCommandLineDoesNotSay) {
   session.Type("control.txt\n");
   ASSERT_TRUE(session.WaitFor("PROBLEM: REPORT FILE HAS SAME NAME AS CONTROL FILE"));
   ASSERT_TRUE(session.WaitFor("press Enter for temporary file): "));
+  session.Type("nowhere/report.txt\n");
+  ASSERT_TRUE(session.WaitFor("Drive or Directory Not Found"));
+  ASSERT_TRUE(session.WaitFor("press Enter for temporary file): "));
   session.Type("report.txt\n");
   ASSERT_TRUE(session.WaitFor(" Extra specifications (or press Enter): "));
   session.Type("UMEAN=500 USCALE=100\n");
@@ -86,7 +88,6 @@ TEST_F(Terminal, ATemporaryReportIsTheOneFileThatStays) {
   EXPECT_THAT(report, HasSubstr("TABLE 6.1 Terminal"));
 }
 
-// Ways out of the idle state behind a run.
 TEST_F(Terminal, EndsByExitEndOfInputHangUpOrQuit) {
   Prepare();
   for (const std::string way : {"exit", "end of input", "hang-up", "quit"}) {
@@ -108,11 +109,13 @@ TEST_F(Terminal, EndsByExitEndOfInputHangUpOrQuit) {
   }
 }
 
-// Estimation without end: no iteration limit, criteria that can't be met.
-TEST_F(Terminal, ControlCOnceFinishesIteratingAndTheRunGoesOn) {
-  Prepare("LCONV=0\nRCONV=0\n");
+// Start values and estimation without end, no iteration limits, criteria that can't be met: each
+// Ctrl+C finishes what is being iterated, and the run goes on.
+TEST_F(Terminal, ControlCFinishesEachPhaseThatHasNoEnd) {
+  Prepare("MPROX=0\nLCONV=0\nRCONV=0\n");
   PtySession session(directory, {"control.txt", "report.txt"});
   ASSERT_TRUE(session.WaitFor("CONVERGENCE TABLE")) << session.Screen();
+  session.PressControlC();
   ASSERT_TRUE(session.WaitFor("UCON")) << session.Screen();
   session.PressControlC();
   ASSERT_TRUE(session.WaitFor("Calculating Fit Statistics")) << session.Screen();

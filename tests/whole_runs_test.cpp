@@ -1,12 +1,12 @@
 // Whole runs of the program, each a directory of tests/runs: control.txt, its data, and under
-// expected/ the files that must come out, to the byte but for the run's date and time,
-// the version and the place of the directory. A file
+// expected/ the files that must come out, to the byte but for date, version and place. A file
 // "words" holds further words of the command line. The expected "tables.txt" is the report without
 // the part behind the Tables, whose convergence table hangs on every digit of the iteration.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <regex>
 #include <sstream>
 
 #include "support/program.h"
@@ -30,31 +30,15 @@ std::vector<std::string> NamesOfRuns() {
   return names;
 }
 
-// In a pattern 'A' stands for a letter, '9' for a digit, '?' for a digit, point or blank, any other
-// character for itself.
-bool Fits(char c, char pattern) {
-  const bool digit = c >= '0' && c <= '9';
-  if (pattern == 'A') return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-  if (pattern == '9') return digit;
-  if (pattern == '?') return digit || c == '.' || c == ' ';
-  return c == pattern;
-}
-
-// Replaces each place of the text that fits the pattern by the replacement of the same length.
-void Replace(std::string& text, const std::string& pattern, const std::string& replacement) {
-  const auto same = [](char c, char p) { return Fits(c, p); };
-  auto place = text.begin();
-  while ((place = std::search(place, text.end(), pattern.begin(), pattern.end(), same)) !=
-         text.end()) {
-    place = std::copy(replacement.begin(), replacement.end(), place);
-  }
-}
-
 // What differs from run to run and from version to version.
 std::string Mask(std::string text, const std::string& directory) {
-  Replace(text, "AAA ?9 ?9:99 2099", "Mon DD HH:MM YYYY");
-  Replace(text, "VARDENTO ????", "VARDENTO V.VV");
-  Replace(text, "version ????", "version V.VV");
+  const std::pair<const char*, const char*> changes[] = {
+      {"[A-Z][a-z]{2} [ 1-3][0-9] [ 12][0-9]:[0-9]{2} 20[0-9]{2}", "Mon DD HH:MM YYYY"},
+      {"VARDENTO [ 0-9.]{4}", "VARDENTO V.VV"},
+      {"version [ 0-9.]{4}", "version V.VV"}};
+  for (const auto& [pattern, mask] : changes) {
+    text = std::regex_replace(text, std::regex(pattern), mask);
+  }
   for (std::size_t at; (at = text.find(directory)) != std::string::npos;) {
     text.replace(at, directory.size(), "/");
   }

@@ -31,7 +31,6 @@ TEST(CheckSettings, EndsTheRunInItsOwnWords) {
       {"NI=20000\nXWIDE=2\nCODES=0011\nITEM1=5",
        " ITEMS OVERFLOW MAXIMUM RECORD LENGTH:\n  MAXIMUM RECORD LENGTH (MAXREC) IS 32000, "
        "ITEM1=5, NI=20000, XWIDE=2, ENDS AT 40004\n"},
-      {"CFILE=absent", "PROBLEM WITH CFILE=absent\nabsent\n"},
       {"NI=32000\nXWIDE=32000\nCODES=01\nMISSING=0", "THIS DOES NOT AGREE WITH XWIDE=32000\n"},
   };
   for (const auto& c : cases) {

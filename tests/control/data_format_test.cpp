@@ -87,19 +87,6 @@ TEST(DataFormat, ReadsFieldsAsLaidOut) {
   }
 }
 
-TEST(DataFormat, TellsAFileThatEndsInsideARecord) {
-  test::TempDirectory directory;
-  DataFormat format;
-  ASSERT_EQ(ParseDataFormat("(A1/A1)", 1, format), "");
-  TextReader reader;
-  ASSERT_EQ(reader.Open(directory.Write("data.txt", "a\n")), kIoOk);
-  std::string record, line;
-  int linesRead = 0;
-  EXPECT_EQ(ReadFormattedRecord(reader, format, 1, record, line, linesRead), kIoEndOfFile);
-  EXPECT_EQ(linesRead, 1);
-  EXPECT_EQ(record, "a ");
-}
-
 TEST(DataFormat, IsCheckedWithTheOtherSettings) {
   test::ControlText good("FORMAT=(2(a1,1x),t1,2a1)\n&END\n");
   ASSERT_TRUE(good.ReadFirst());

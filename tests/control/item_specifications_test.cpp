@@ -14,7 +14,6 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::HasSubstr;
 
-// Reads the lines and groups the four items of every test.
 struct GroupedItems {
   explicit GroupedItems(const std::string& lines) : control(lines + "\n&END\n") {
     Run& run = control.test.run;

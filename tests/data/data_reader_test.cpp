@@ -4,15 +4,12 @@
 #include <gtest/gtest.h>
 
 #include "data/data_run.h"
-#include "platform/file.h"
 
 namespace vardento::test {
 namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
 
 struct Layout {
   int name1, namlen, item1, NI;
@@ -35,12 +32,8 @@ TEST(DataReader, TakesLabelAndResponsesFromEveryRecord) {
       {"label behind", {3, 3, 1, 2}, "01Ann\n10Bo\n", "Ann|Bo ", "12|21"},
       {"label inside the responses", {2, 2, 1, 3}, "010\n", "10", "121"},
       {"no label", {1, 0, 1, 1}, "1\n0\n", "|", "2|1"},
-      {"no line end at the end", {1, 1, 2, 1}, "A1\nB0", "A|B", "2|1"},
-      {"blank lines in the middle", {1, 1, 2, 1}, "A1\n\n   \nB0\n", "A|B", "2|1"},
-      {"Windows line ends", {1, 1, 2, 2}, "A10\r\n\r\nB1\r\n", "A|B", "21|20"},
       {"short records are blank", {1, 4, 5, 3}, "Ann 01\nB\n", "Ann |B   ", "120|000"},
       {"blank as a code", {1, 1, 2, 3, 1, "01 "}, "A0\n", "A", "133"},
-      {"control-Z ends the data", {1, 1, 2, 1}, "A1\n\x1A\nB0\n", "A", "2"},
       {"a blank label", {1, 7, 8, 1}, "Ann    1\n       0\n", "Ann    |00002P ", "2|1"},
       {"a blank label in little room", {1, 3, 4, 1}, "   1\n", "000", "2"},
       {"control characters in a label", {1, 3, 4, 1}, "A\tB1\n", "A B", "2"},
@@ -84,21 +77,6 @@ TEST(DataReader, TakesLabelAndResponsesFromEveryRecord) {
       EXPECT_EQ(Joined(data.CodedRows()), c.codes);
     }
   }
-}
-
-TEST(DataReader, ScoresEveryResponse) {
-  DataRun data("0129\n", 4);
-  data.SetCodes("012", 1);
-  ReadData(data.run);
-  EXPECT_THAT(data.ScoredRows(), ElementsAre("012."));
-  EXPECT_EQ(data.run.MAXCAT, 2);
-  EXPECT_THAT(data.console.lines, Contains(" 1 PERSON Records Input."));
-  EXPECT_THAT(data.console.lines, Not(Contains(HasSubstr("NON-ASCII"))));
-
-  DataRun missing("0129\n", 4);
-  missing.settings.MISSING = 0;
-  ReadData(missing.run);
-  EXPECT_THAT(missing.ScoredRows(), ElementsAre("0100"));
 }
 
 TEST(DataReader, ReadsSeveralFilesAndShowsTheFirstRecordOfEach) {
@@ -178,16 +156,6 @@ TEST(DataReader, ShowsADotForEveryThousandRecords) {
               ElementsAre(std::string(78, '.'), ".", " 79500 PERSON Records Input."));
 }
 
-TEST(DataReader, KeepsTheLengthOfTheLongestLabel) {
-  for (const auto& [records, longest] : {std::pair("A   1\nBob 1\nC   1\n", 3), {"A1\n", 2}}) {
-    DataRun data(records, 1);
-    data.settings.NAMLEN = 4;
-    data.settings.ITEM1 = 5;
-    ReadData(data.run);
-    EXPECT_EQ(data.run.LongestLabel, longest);
-  }
-}
-
 TEST(DataReader, StopsReadingWhenTheUserAsks) {
   DataRun data("1\n0\n1\n1\n", 1, false);
   data.console.onPump = [](RecordingConsole& console) {
@@ -213,51 +181,6 @@ TEST(DataReader, EndsTheRunWithMoreCodesThanItCanTellApart) {
   EXPECT_THROW(ReadData(data.run), RunEnded);
   EXPECT_THAT(data.console.lines,
               ElementsAre(" CODES= HAS 256 CODES, WHICH IS MORE THAN MAXIMUM OF 255"));
-}
-
-TEST(DataReader, TellsOfAFileThatCannotBeOpened) {
-  DataRun data("", 1);
-  data.settings.DATA = data.directory.NameOf("none.txt");
-  EXPECT_THROW(ReadData(data.run), RunEnded);
-  const std::vector<std::string>& lines = data.console.lines;
-  ASSERT_GE(lines.size(), 3U);
-  EXPECT_THAT(std::vector(lines.end() - 3, lines.end()),
-              ElementsAre(" UNABLE TO OPEN DATA  FILE: " + data.settings.DATA, data.settings.DATA,
-                          "Input File Not Found. Please specify full path."));
-  DataRun directory("", 1);
-  directory.settings.DATA = directory.directory.Path();
-  EXPECT_THROW(ReadData(directory.run), RunEnded);
-}
-
-// Whichever operation on a file fails: the run ends with a message, or it wasn't needed (closing a
-// file that was read) and the rows are right.
-TEST(DataReader, SurvivesTheFailureOfAnyFileOperation) {
-  int ended = 0;
-  for (int n = 1;; ++n) {
-    SCOPED_TRACE(n);
-    DataRun data("One\nTwo\nEND LABELS\n", 2);
-    data.settings.INUMB = 'N';
-    data.settings.NAMLEN = 1;
-    data.settings.ITEM1 = 2;
-    data.settings.DATA = data.directory.Write("d.txt", "A01\nB10\n");
-    FailFileOperation(n, 5);
-    bool finished = false;
-    try {
-      ReadData(data.run);
-      finished = true;
-    } catch (const RunEnded&) {
-      ++ended;
-      EXPECT_EQ(data.run.RunIoStatus, -1);
-      EXPECT_THAT(data.console.lines, Contains(HasSubstr("Input/output error")));
-    }
-    FailFileOperation(0, 0);
-    if (finished) {
-      EXPECT_THAT(data.ScoredRows(), ElementsAre("01", "10"));
-      EXPECT_EQ(ItemLabelOf(data.run, 2), "Two");
-    }
-    if (n > 60) break;
-  }
-  EXPECT_GE(ended, 8);  // three label files, the data file, four person files at the least
 }
 
 }  // namespace

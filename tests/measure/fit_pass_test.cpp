@@ -1,5 +1,4 @@
-// What the fit pass leaves behind for every category, against sums taken straight from the
-// definitions over the responses, the final measures and the final steps.
+// What the fit pass leaves for every category, against sums taken straight from the definitions.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -19,16 +18,20 @@ constexpr int kItems = 6;
 const std::vector<std::string> kRows = {"012131", "1.2023", "321.10", "230312", "33.333",
                                         "02110.", "......", "113202", "2031.1", "310021"};
 
+// A run with further control lines.
+void Execute(WholeRun& whole, const std::string& lines) {
+  std::string text =
+      "TITLE=T\nNI=6\nITEM1=1\nNAME1=7\nNAMLEN=1\nCODES=0123\nINUMB=Y\n"
+      "LCONV=.0001\nRCONV=.001\n" +
+      lines + "\n&END\n";
+  for (const std::string& row : kRows) text += row + "\n";
+  whole.directory.Write("control.txt", text);
+  ASSERT_EQ(whole.Execute({"TABLES=0"}), 0);
+}
+
 class FitOfCategories : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string text =
-        "TITLE=T\nNI=6\nITEM1=1\nNAME1=7\nNAMLEN=1\nCODES=0123\nLCONV=.0001\nRCONV=.001\n&END\n"
-        "A\nB\nC\nD\nE\nF\nEND LABELS\n";
-    for (const std::string& row : kRows) text += row + "\n";
-    data.directory.Write("control.txt", text);
-    ASSERT_EQ(data.Execute({"TABLES=0"}), 0);
-  }
+  void SetUp() override { Execute(data, ""); }
   // Probabilities of the categories at d: exp(k d - F(1) - ... - F(k)), scaled to a sum of 1.
   std::vector<double> At(double d) const {
     std::vector<double> p{1};
@@ -127,6 +130,33 @@ TEST_F(FitOfCategories, LandmarksLieWhereTheModelPutsThem) {
     for (int j = k; j <= kTop; ++j) above += p[static_cast<std::size_t>(j)];
     EXPECT_NEAR(above, 0.5, 0.0002);
   }
+}
+
+// LOCAL=Y puts everybody's standardised fit on one scale, whether it counts in finding it or not.
+TEST(FitOfWeights, PersonOfNoWeightIsRescaledWithTheOthers) {
+  const std::string weights = "PWEIGHT=*\n3 0\n10 0\n*";
+  WholeRun plain, local;
+  Execute(plain, weights);
+  Execute(local, "LOCAL=Y\n" + weights);
+  const Array1<float> z = plain.run.arrays.PersonOutfitZ;
+  const double factor = local.run.arrays.PersonOutfitZ[2] / z[2];
+  EXPECT_GT(std::fabs(factor - 1), 0.1);
+  for (const int n : {1, 3, 4, 10}) {
+    EXPECT_NEAR(local.run.arrays.PersonOutfitZ[n], factor * z[n], 0.04) << n;
+  }
+}
+
+TEST(FitOfWeights, HugeWeightsStopAtTheLargestCount) {
+  WholeRun whole;
+  Execute(whole, "PWEIGHT=*\n1-10 1000000000\n*");
+  std::int64_t hits = 0;
+  for (int k = 0; k <= kTop; ++k) {
+    const int p = whole.run.arrays.GroupStart[1] + k;
+    EXPECT_GE(whole.run.arrays.CategoryMatches[p], 0);
+    EXPECT_LE(whole.run.arrays.CategoryMatches[p], whole.run.arrays.CategoryExpectedHits[p]);
+    hits = std::max<std::int64_t>(hits, whole.run.arrays.CategoryExpectedHits[p]);
+  }
+  EXPECT_EQ(hits, 2147483647);
 }
 
 }  // namespace

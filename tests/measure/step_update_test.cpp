@@ -1,19 +1,19 @@
-// Which category the convergence table names as the one farthest from its expected count.
+// The steps of a scale as the joint iteration moves them.
 #include "measure/step_update.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 #include <string>
 
-#include "support/whole_run.h"
+#include "support/estimates.h"
 
 namespace vardento::test {
 namespace {
 
-// In succession everybody either passes the first step or stays in category 0, so that the
-// residuals of the two are of the same size, with opposite signs: the first of them is named, not
-// the one that the last bit of a sum favours.
+// In succession the residuals of the first two categories are of the same size: the first of them
+// is named, not the one that the last bit of a sum favours.
 TEST(StepUpdate, NamesTheFirstOfTwoCategoriesThatAreEquallyFar) {
   WholeRun data;
   data.directory.Write(
@@ -35,6 +35,27 @@ TEST(StepUpdate, NamesTheFirstOfTwoCategoriesThatAreEquallyFar) {
   }
   EXPECT_GE(rows, 8);
   EXPECT_GE(firstNamed, 3);
+}
+
+// In succession an unused category changes nothing: whoever passed the step into it passed the one
+// behind it as well.
+TEST(StepUpdate, ConvergesOverAnUnusedCategoryOfASuccession) {
+  Matrix data = Simulate(150, 8, 2, 31);
+  for (std::string& row : data) {
+    std::replace(row.begin(), row.end(), '2', '4');
+    std::replace(row.begin(), row.end(), '1', '3');
+  }
+  for (const std::string groups : {"", "GROUPS=0\n"}) {
+    const std::string lines = "CODES=01234\nMODELS=S\n" + groups;
+    const AllEstimates kept = Estimate(data, lines + "STKEEP=Y\nMUCON=300");
+    const AllEstimates dropped = Estimate(data, lines + "STKEEP=N\nMUCON=300");
+    for (std::size_t i = 0; i < kept.items.measure.size(); ++i) {
+      EXPECT_NEAR(kept.items.measure[i], dropped.items.measure[i], kSame) << groups << i;
+    }
+    for (std::size_t n = 0; n < kept.persons.measure.size(); ++n) {
+      EXPECT_NEAR(kept.persons.measure[n], dropped.persons.measure[n], kSame) << groups << n;
+    }
+  }
 }
 
 }  // namespace

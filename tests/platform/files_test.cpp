@@ -68,20 +68,6 @@ TEST(TextReader, CutsLongLinesAndFindsTheNextOne) {
   EXPECT_EQ(ReadAll(directory.Write("wide.txt", "abcdef\nab\n"), 3), (Lines{"abc", "ab"}));
 }
 
-TEST(TextReader, RewindsToTheFirstLineBehindTheMark) {
-  const TempDirectory directory;
-  TextReader reader;
-  ASSERT_EQ(reader.Open(directory.Write("t.txt", "\xEF\xBB\xBFone\ntwo\n")), kIoOk);
-  std::string line;
-  for (int pass = 0; pass < 2; ++pass) {
-    ASSERT_EQ(reader.ReadLine(line), kIoOk);
-    EXPECT_EQ(line, "one");
-    while (reader.ReadLine(line) == kIoOk) {
-    }
-    ASSERT_EQ(reader.Rewind(), kIoOk);
-  }
-}
-
 TEST(File, RefusesWhatIsNoRegularFileWithoutWaiting) {
   const TempDirectory directory;
   const std::string pipe = directory.NameOf("pipe");
@@ -199,13 +185,6 @@ TEST(FaultInjection, EveryFailingOperationIsTold) {
     FailFileOperation(0, 0);
     EXPECT_GE(faults, 4);  // open, at least two writes, close
   }
-}
-
-TEST(TextWriter, TellsOfAFullDevice) {
-  TextWriter writer;
-  ASSERT_EQ(writer.Open("/dev/full", FileMode::Replace), kIoOk);
-  EXPECT_EQ(writer.WriteLine("a line"), kIoOk);
-  EXPECT_EQ(writer.Close(), kIoDiskFull);
 }
 
 TEST(MemoryBlock, IsZeroedRefusedAndGivenBack) {

@@ -22,26 +22,11 @@ constexpr char kUconNames[] =
     "| ITERATION   RESIDUAL*    CHANGE    PERSON ITEMS    CAT   RESIDUAL   CHANGE |";
 
 ProxRecord Prox(int iteration, float stepChange) {
-  return {.iteration = iteration,
-          .activePersons = 35,
-          .activeItems = 18,
-          .activeCategories = 2,
-          .personRange = 3.5F,
-          .itemRange = 4.25F,
-          .measureChange = -1.2345F,
-          .stepChange = stepChange};
+  return {iteration, 35, 18, 2, 3.5F, 4.25F, -1.2345F, stepChange};
 }
 
 UconRecord Ucon(float stepChange, bool personIsWorse) {
-  return {.iteration = 3,
-          .scoreResidual = 1.5F,
-          .measureChange = -0.0123F,
-          .person = 12,
-          .item = 4,
-          .personIsWorse = personIsWorse,
-          .categoryCode = 2,
-          .categoryResidual = -3.25F,
-          .stepChange = stepChange};
+  return {3, 1.5F, -0.0123F, 12, 4, personIsWorse, 2, -3.25F, stepChange};
 }
 
 TEST(ConvergenceTable, PrintsBothPhasesOnReportAndConsole) {

@@ -1,12 +1,9 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "report/small_run.h"
 
 namespace vardento::test {
 namespace {
-
-using testing::ElementsAre;
 
 TEST(ReportLine, PlacesByColumnAndStaysInTheBuffer) {
   ReportLine line;
@@ -39,33 +36,6 @@ TEST(PageHeading, NameTitleAndStampStandInTheirColumns) {
     EXPECT_EQ(heading.substr(first - 1), " " + shown + " " + std::string(kRunStamp)) << length;
     EXPECT_EQ(heading.size(), 80U);
   }
-}
-
-TEST(PageHeading, TellsWhatWasReadAndAnalyzed) {
-  SmallRun small(35, 18);
-  small.run.ActivePersons = 0;
-  PutPageHeading(small.run, 0);
-  small.run.ActivePersons = 34;
-  small.run.ActiveItems = 15;
-  PutPageHeading(small.run, 2);
-  const std::vector<std::string> lines = small.ReportLines();
-  const std::string rule(80, '-');
-  ASSERT_EQ(lines.size(), 10U);
-  // Columns 68 and 77 of the buffer, whose first column isn't written.
-  EXPECT_EQ(lines[2], "INPUT: 35 PERSONS, 18 ITEMS" + std::string(39, ' ') + "VARDENTO  .10");
-  EXPECT_EQ(lines[2].find("VARDENTO"), 66U);
-  EXPECT_EQ(lines[3], rule);
-  EXPECT_EQ(lines[6].substr(0, 66),
-            "INPUT: 35 PERSONS, 18 ITEMS  ANALYZED: 34 PERSONS, 15 ITEMS, 2 CAT");
-  EXPECT_THAT(std::vector(lines.begin() + 7, lines.end()), ElementsAre(rule, " ", " "));
-}
-
-TEST(PageHeading, LongCountsLeaveTheProgramNameOut) {
-  SmallRun small(35, 18);
-  small.run.settings.PERSONS_LABEL = "SCHOOLCHILDREN";
-  PutPageHeading(small.run, 0);
-  EXPECT_EQ(small.ReportLines()[2],
-            "INPUT: 35 SCHOOLCHILDREN, 18 ITEMS  ANALYZED: 35 SCHOOLCHILDREN, 18 ITEMS, 2 CATS");
 }
 
 TEST(PageHeading, HeadingNoPrintsTheFirstOfEachTable) {
@@ -102,23 +72,6 @@ TEST(Paging, BreaksSheetsOnlyBeyondTheirLength) {
   EXPECT_EQ(lines[1], " ");
   EXPECT_EQ(lines[2], "\f**CONTINUED FROM PREVIOUS SHEET**   PAGE 12");
   EXPECT_EQ(lines[4].substr(0, 7), "\fTABLE ");
-}
-
-TEST(FrontPart, HasItsOwnTableNumbers) {
-  SmallRun small(0, 2);
-  small.run.personsRead = 0;
-  small.run.settings.FORMFD = '1';
-  WriteBanner(small.run);
-  small.run.request.HeadingPending = 'N';
-  PutControlCopyHeading(small.run);
-  const std::string report = small.Report();
-  EXPECT_EQ(report.find(" \n1TABLE 0.1 Fruit "), 0U);
-  EXPECT_NE(report.find("\n1TABLE 0.3 Fruit "), std::string::npos);
-  for (const std::string& word :
-       {std::string("VARDENTO"), std::string("0.10"), std::string(kRunStamp), std::string("Fruit"),
-        small.run.startUp.ControlFileName, small.run.startUp.ReportFileName}) {
-    EXPECT_NE(report.find(" " + word), std::string::npos) << word;
-  }
 }
 
 }  // namespace

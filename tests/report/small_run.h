@@ -103,7 +103,6 @@ class SmallRun : public TestRun {
   std::deque<std::vector<char>> characters_;
 };
 
-// Slots of a summary with the means and S.D.s of active persons and items; used by several tests.
 inline void SetSlot(FitSummary& summary, int slot, float mean, float sd, float maximum = 0,
                     float minimum = 0) {
   summary.slots[slot].mean = mean;

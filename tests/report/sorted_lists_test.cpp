@@ -53,7 +53,6 @@ TEST(SortedLists, LettersDecideEntriesDirectionAndTies) {
   EXPECT_EQ(list.order, 'P');
 }
 
-// Against the library's sort, on keys far enough apart to have one order.
 TEST(SortedLists, LongListsComeOutSorted) {
   for (const int count : {2, 3, 5, 27, 100, 1000}) {
     SmallRun small(count, 1);

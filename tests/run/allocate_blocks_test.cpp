@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cerrno>
 
 #include "run/messages.h"
 #include "support/test_run.h"
@@ -70,14 +69,6 @@ TEST(AllocateBlocks, TellsWhichMemoryIsMissing) {
   EXPECT_FALSE(test.run.weightBlock);
 }
 
-TEST(AllocateBlocks, WeightsAreOneUntilAListSaysOtherwise) {
-  TestRun test("", false);
-  SizeRun(test.run);
-  AllocateAll(test.run);
-  EXPECT_EQ(Elements(test.run.arrays.ItemWeight), std::vector<float>(10, 1.0F));
-  EXPECT_EQ(test.run.arrays.PersonWeight.Size(), 0);
-}
-
 TEST(AllocateBlocks, KeepsAsManyPersonsAsMemoryTakes) {
   struct Case {
     std::size_t limit;
@@ -136,29 +127,6 @@ TEST(PersonStatus, SurvivesTheTrialThroughItsHoldFile) {
     EXPECT_EQ(Elements(test.run.arrays.PersonStatus), c.kept);
     EXPECT_EQ(test.directory.Files().size(), 2U);  // the Control File and "ZIN": no hold file
   }
-}
-
-TEST(PersonStatus, AHoldFileThatFailsEndsTheRun) {
-  int faults = 0;
-  for (int n = 1;; ++n, ++faults) {
-    TestRun test("", false);
-    AllocatePersonStatusTrial(test.run);
-    test.run.arrays.PersonStatus[3] = Status::Deleted;
-    test.run.NPERS = 3;
-    FailFileOperation(n, EIO);
-    try {
-      HoldPersonStatus(test.run);
-      AllocatePersonBlock(test.run);
-      RestorePersonStatus(test.run);
-      FailFileOperation(0, 0);
-      break;
-    } catch (const RunEnded&) {
-      EXPECT_EQ(test.run.RunIoStatus, -1);
-      EXPECT_EQ(test.console.lines[0], "PERSON STATUS HOLD FILE");
-    }
-    ASSERT_LT(n, 50);
-  }
-  EXPECT_GE(faults, 5);  // create, write, close, open, read
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-// How numbers look in reports and output files. The expected texts are worked out by hand from the
-// rules of the fields.
+// How numbers look in reports and output files, worked out by hand from the rules of the fields.
 #include "run/number_text.h"
 
 #include <gtest/gtest.h>

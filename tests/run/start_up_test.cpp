@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "run/messages.h"
-#include "support/test_run.h"
+#include "support/whole_run.h"
 
 namespace vardento::test {
 namespace {
@@ -50,14 +50,8 @@ TEST(MakeRunStamp, FillsMinutesWithZerosAndNothingElse) {
 class Dialogue : public testing::Test {
  protected:
   Dialogue() {
-    setenv("TMPDIR", directory.NameOf("tmp").c_str(), 1);
-    std::filesystem::create_directories(directory.NameOf("tmp"));
     std::filesystem::create_directories(directory.NameOf("start"));
     std::filesystem::current_path(directory.NameOf("start"));
-  }
-  ~Dialogue() override {
-    std::filesystem::current_path(before_);
-    unsetenv("TMPDIR");
   }
   void Start(const std::vector<std::string>& words) {
     run.startUp.words = words;
@@ -65,11 +59,9 @@ class Dialogue : public testing::Test {
   }
 
   TempDirectory directory;
+  OwnPlace place{directory};
   RecordingConsole console;
   vardento::Run run{console};
-
- private:
-  std::filesystem::path before_ = std::filesystem::current_path();
 };
 
 TEST_F(Dialogue, BasesTheReportOnTheStartAndMovesToTheControlFile) {
@@ -84,49 +76,15 @@ TEST_F(Dialogue, BasesTheReportOnTheStartAndMovesToTheControlFile) {
   EXPECT_THAT(console.menuEntries[0], testing::StartsWith("Edit Control File=/"));
 }
 
-TEST_F(Dialogue, AsksUntilBothFilesAreGood) {
+TEST_F(Dialogue, TakesTheControlFileFromADialog) {
   directory.Write("start/c.txt", "NI=1\n");
   console.chosenFiles = {"c.txt"};
-  console.answers = {"none.txt",       // no such file
-                     "",               // a dialog instead
-                     "c.txt",          // the report may not lie over the Control File
-                     "nowhere/r.txt",  // nor in a directory that is not there
-                     "r.txt",
-                     "TABLES=1 NI=3"};
+  console.answers = {"", "r.txt", "TABLES=1 NI=3"};
   Start({});
-  EXPECT_EQ(run.startUp.ReportFileName, directory.NameOf("start/r.txt"));
+  EXPECT_EQ(run.startUp.ControlFileName, directory.NameOf("start/c.txt"));
   EXPECT_EQ(run.startUp.ExtraSpecifications, "TABLES=1 NI=3");
   EXPECT_THAT(console.dialogs, ElementsAre("Control File"));
-  EXPECT_EQ(directory.Read("start/c.txt"), "NI=1\n");
-  for (const char* text :
-       {"Control file name? (e.g., KCT.DAT). Press Enter for Dialog Box:",
-        "Input File Not Found. Please specify full path.",
-        "PROBLEM: REPORT FILE HAS SAME NAME AS CONTROL FILE", "Drive or Directory Not Found"}) {
-    EXPECT_THAT(console.Text(), HasSubstr(text));
-  }
   EXPECT_FALSE(run.outputFailed);
-}
-
-TEST_F(Dialogue, ABlankReportIsATemporaryFileOfThisRun) {
-  directory.Write("start/c.txt", "NI=1\n");
-  console.answers = {"", ""};
-  Start({"c.txt"});
-  EXPECT_EQ(run.startUp.ReportFileName, directory.NameOf("start/ZOU" + run.workDirectory.Tail()));
-  EXPECT_TRUE(run.startUp.reportIsTemporary);
-  EXPECT_TRUE(directory.Exists("start/ZOU" + run.workDirectory.Tail()));
-}
-
-TEST_F(Dialogue, EndsOnACommandLineThatCantBeUsed) {
-  EXPECT_THROW(Start({"c", "r", "more"}), RunEnded);
-  EXPECT_TRUE(run.usageError);
-  EXPECT_THAT(console.Text(), HasSubstr(" Unknown Command on DOS prompt line: \"more\"\n"));
-  vardento::Run batch(console);
-  batch.startUp.words = {"c", "BATCH=Y"};
-  testing::internal::CaptureStderr();
-  EXPECT_THROW(StartDialogue(batch), RunEnded);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "BATCH MODE REQUIRES CONTROL AND OUTFILES. CONTROL: c OUTPUT:\n");
-  EXPECT_TRUE(batch.usageError);
 }
 
 TEST_F(Dialogue, EndsWhenTheUserIsGone) {

@@ -1,4 +1,4 @@
-// Comma-separated files of tests: reference estimates and the measure files with CSV=Y.
+// Comma-separated files: the reference estimates.
 #pragma once
 
 #include <map>
@@ -29,11 +29,10 @@ inline std::vector<std::string> SplitCsv(const std::string& line) {
   return fields;
 }
 
-// All rows of the file, by the names in its head line; `linesBefore` the head line are skipped.
-inline std::vector<CsvRow> ReadCsv(const std::string& path, int linesBefore = 0) {
+// All rows of the file, by the names in its head line.
+inline std::vector<CsvRow> ReadCsv(const std::string& path) {
   std::istringstream text(TempDirectory::ReadFile(path));
   std::string line;
-  for (int i = 0; i < linesBefore; ++i) std::getline(text, line);
   if (!std::getline(text, line)) throw std::runtime_error("no table in " + path);
   const std::vector<std::string> names = SplitCsv(line);
   std::vector<CsvRow> rows;

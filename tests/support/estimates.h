@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "data/work_files.h"
 #include "support/whole_run.h"
 
 namespace vardento::test {
@@ -16,14 +18,13 @@ namespace vardento::test {
 using Matrix = std::vector<std::string>;
 
 struct Estimates {
-  std::vector<double> measure, error, infit, outfit;
+  std::vector<double> measure, error, infit, outfit, count, score;
   std::vector<int> status;
 };
 
 struct AllEstimates {
   Estimates persons, items;
   std::vector<std::vector<double>> steps;  // by group, from step 1
-  int exit = -1;
 };
 
 // Iterated far enough for measures that are compared to a thousandth of a logit.
@@ -31,11 +32,8 @@ inline const std::vector<std::string> kTight{"LCONV=.00002", "RCONV=.0002"};
 inline constexpr double kSame = 0.001;
 
 inline std::string ControlText(const Matrix& data, const std::string& lines) {
-  const std::size_t items = data.at(0).size();
-  std::string text =
-      "DATA=data.txt\nNAME1=1\nNAMLEN=6\nITEM1=8\nINUMB=Y\nNI=" + std::to_string(items) + "\n" +
-      lines + "\n&END\n";
-  return text;
+  return "DATA=data.txt\nNAME1=1\nNAMLEN=6\nITEM1=8\nINUMB=Y\nNI=" +
+         std::to_string(data.at(0).size()) + "\n" + lines + "\n&END\n";
 }
 
 inline std::string DataText(const Matrix& data) {
@@ -46,14 +44,14 @@ inline std::string DataText(const Matrix& data) {
 }
 
 // `lines`: control lines, at least CODES=.
-inline AllEstimates Estimate(const Matrix& data, const std::string& lines) {
-  WholeRun whole;
+inline void RunData(WholeRun& whole, const Matrix& data, const std::string& lines) {
   whole.directory.Write("control.txt", ControlText(data, lines));
   whole.directory.Write("data.txt", DataText(data));
+  ASSERT_EQ(whole.Execute(kTight), kExitGood) << whole.directory.Read("report.txt");
+}
+
+inline AllEstimates EstimatesOf(WholeRun& whole) {
   AllEstimates all;
-  all.exit = whole.Execute(kTight);
-  EXPECT_EQ(all.exit, kExitGood) << whole.directory.Read("report.txt");
-  if (all.exit != kExitGood) return all;
   const RunArrays& a = whole.run.arrays;
   for (int n = 1; n <= whole.run.NPERS; ++n) {
     all.persons.measure.push_back(a.PersonMeasure[n]);
@@ -61,6 +59,9 @@ inline AllEstimates Estimate(const Matrix& data, const std::string& lines) {
     all.persons.infit.push_back(a.PersonInfit[n]);
     all.persons.outfit.push_back(a.PersonOutfit[n]);
     all.persons.status.push_back(a.PersonStatus[n]);
+    const PersonWorkRecord record = ReadPersonWork(whole.run, n);
+    all.persons.count.push_back(record.count);
+    all.persons.score.push_back(record.score);
   }
   for (int i = 1; i <= whole.run.settings.NI; ++i) {
     all.items.measure.push_back(a.ItemMeasure[i]);
@@ -68,6 +69,8 @@ inline AllEstimates Estimate(const Matrix& data, const std::string& lines) {
     all.items.infit.push_back(a.ItemInfit[i]);
     all.items.outfit.push_back(a.ItemOutfit[i]);
     all.items.status.push_back(a.ItemStatus[i]);
+    all.items.count.push_back(a.ItemCount[i]);
+    all.items.score.push_back(a.ItemScore[i]);
   }
   for (int g = 1; g <= whole.run.NGROUPS; ++g) {
     all.steps.emplace_back();
@@ -76,6 +79,44 @@ inline AllEstimates Estimate(const Matrix& data, const std::string& lines) {
     }
   }
   return all;
+}
+
+inline AllEstimates Estimate(const Matrix& data, const std::string& lines) {
+  WholeRun whole;
+  RunData(whole, data, lines);
+  return testing::Test::HasFatalFailure() ? AllEstimates() : EstimatesOf(whole);
+}
+
+// Entry j of `changed` is entry order[j] of `original`; measures times `sign`, errors times
+// `error`.
+inline void ExpectSame(const Estimates& original, const Estimates& changed,
+                       const std::vector<std::size_t>& order, double sign = 1, double error = 1) {
+  for (std::size_t j = 0; j < order.size(); ++j) {
+    SCOPED_TRACE(j);
+    ASSERT_LT(j, changed.measure.size());
+    EXPECT_NEAR(changed.measure[j], sign * original.measure[order[j]], kSame);
+    EXPECT_NEAR(changed.error[j], error * original.error[order[j]], kSame);
+    EXPECT_NEAR(changed.infit[j], original.infit[order[j]], 2 * kSame);
+    EXPECT_NEAR(changed.outfit[j], original.outfit[order[j]], 5 * kSame);
+    EXPECT_NEAR(changed.count[j], original.count[order[j]] / (error * error), kSame);
+    if (sign < 0) continue;
+    EXPECT_NEAR(changed.score[j], original.score[order[j]] / (error * error), kSame);
+    EXPECT_EQ(changed.status[j], original.status[order[j]]);
+  }
+}
+
+inline void ExpectSameSteps(const AllEstimates& a, const AllEstimates& b) {
+  ASSERT_EQ(a.steps[0].size(), b.steps[0].size());
+  for (std::size_t k = 0; k < a.steps[0].size(); ++k) {
+    EXPECT_NEAR(a.steps[0][k], b.steps[0][k], kSame) << "step " << k + 1;
+  }
+}
+
+// The entries `first` to `last` as they stand, counted from 0, the last not among them.
+inline std::vector<std::size_t> Entries(std::size_t first, std::size_t last) {
+  std::vector<std::size_t> order(last - first);
+  std::iota(order.begin(), order.end(), first);
+  return order;
 }
 
 // Responses of the rating scale model with steps at -1, +1 (top 2) or of a dichotomy (top 1), a

@@ -24,6 +24,19 @@ struct ProgramResult {
   std::string output, errors;
 };
 
+// Turns this process into the program.
+[[noreturn]] inline void Become(const TempDirectory& directory,
+                                const std::vector<std::string>& arguments,
+                                const std::string& temporary) {
+  setenv("TMPDIR", temporary.c_str(), 1);
+  setenv("LC_ALL", "C", 1);
+  std::vector<char*> words{const_cast<char*>(VARDENTO_PROGRAM)};
+  for (const std::string& word : arguments) words.push_back(const_cast<char*>(word.c_str()));
+  words.push_back(nullptr);
+  if (chdir(directory.Path().c_str()) == 0) execv(VARDENTO_PROGRAM, words.data());
+  _exit(127);
+}
+
 // The process of one program run that has not been waited for.
 class Program {
  public:
@@ -73,13 +86,7 @@ class Program {
     Redirect("/dev/null", O_RDONLY, 0);
     Redirect(directory_.NameOf(name_ + ".out"), O_CREAT | O_WRONLY, 1);
     Redirect(directory_.NameOf(name_ + ".err"), O_CREAT | O_WRONLY, 2);
-    setenv("TMPDIR", temporary.c_str(), 1);
-    setenv("LC_ALL", "C", 1);
-    std::vector<char*> words{const_cast<char*>(VARDENTO_PROGRAM)};
-    for (const std::string& word : arguments) words.push_back(const_cast<char*>(word.c_str()));
-    words.push_back(nullptr);
-    if (chdir(directory_.Path().c_str()) == 0) execv(VARDENTO_PROGRAM, words.data());
-    _exit(127);
+    Become(directory_, arguments, temporary);
   }
 
   const TempDirectory& directory_;

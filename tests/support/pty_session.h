@@ -27,14 +27,8 @@ class PtySession {
     process_ = forkpty(&terminal_, nullptr, nullptr, &size);
     if (process_ < 0) throw std::runtime_error("no pseudo-terminal to be had (is /dev/pts there?)");
     if (process_ != 0) return;
-    setenv("TMPDIR", temporary.c_str(), 1);
-    setenv("LC_ALL", "C", 1);
     setenv("TERM", "dumb", 1);
-    std::vector<char*> words{const_cast<char*>(VARDENTO_PROGRAM)};
-    for (const std::string& word : arguments) words.push_back(const_cast<char*>(word.c_str()));
-    words.push_back(nullptr);
-    if (chdir(directory.Path().c_str()) == 0) execv(VARDENTO_PROGRAM, words.data());
-    _exit(127);
+    Become(directory, arguments, temporary);
   }
   ~PtySession() {
     HangUp();

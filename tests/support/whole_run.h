@@ -13,18 +13,27 @@
 
 namespace vardento::test {
 
-class WholeRun {
+// TMPDIR is the directory's "tmp" until the end, when the process stands again where it stood.
+class OwnPlace {
  public:
-  WholeRun() : run(console) {
-    run.RunStamp = kRunStamp;
+  explicit OwnPlace(const TempDirectory& directory) {
     if (const char* temporary = getenv("TMPDIR")) temporary_ = temporary;
     setenv("TMPDIR", directory.NameOf("tmp").c_str(), 1);
     std::filesystem::create_directories(directory.NameOf("tmp"));
   }
-  ~WholeRun() {
+  ~OwnPlace() {
     std::filesystem::current_path(start_);
     temporary_.empty() ? unsetenv("TMPDIR") : setenv("TMPDIR", temporary_.c_str(), 1);
   }
+
+ private:
+  std::string temporary_;
+  std::filesystem::path start_ = std::filesystem::current_path();
+};
+
+class WholeRun {
+ public:
+  WholeRun() : run(console) { run.RunStamp = kRunStamp; }
 
   // Runs control.txt of the directory into report.txt with the words behind them.
   int Execute(const std::vector<std::string>& words = {}) {
@@ -35,12 +44,9 @@ class WholeRun {
   }
 
   TempDirectory directory;
+  OwnPlace place{directory};
   RecordingConsole console;
   Run run;
-
- private:
-  std::string temporary_;
-  std::filesystem::path start_ = std::filesystem::current_path();
 };
 
 }  // namespace vardento::test
