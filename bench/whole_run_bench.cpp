@@ -1,4 +1,5 @@
-// Whole batch runs on generated data: seconds by phase, and peak memory.
+// Whole batch runs on generated data: seconds by phase, and peak memory; and what of it the
+// connectivity check takes.
 //
 //   cmake -S . -B build-bench -DVARDENTO_BENCH=ON && cmake --build build-bench
 //   build-bench/bench/vardento_bench
@@ -10,14 +11,18 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "data/work_files.h"
+#include "measure/connectivity.h"
 #include "platform/silent_console.h"
 #include "run/main_run.h"
 
@@ -27,12 +32,25 @@ struct DataSet {
   const char* name;
   int persons, items, categories;
   double missing;  // share of responses left out at random
+  // Each booklet has the last 5 items of the one before it. Reversed: the first person is of the
+  // first booklet, then come those of the last, and so on down, so that every booklet waits for the
+  // one behind it.
+  int booklets = 1;
+  bool reversed = false;
+  // A list variable that is given a line for each person; its reading is part of the intake.
+  const char* list = nullptr;
 };
+constexpr int kLink = 5;
 
 constexpr DataSet kDataSets[] = {
     {"100000x50_complete", 100000, 50, 2, 0.0},
     {"20000x40_rating_scale", 20000, 40, 5, 0.0},
     {"50000x100_missing", 50000, 100, 2, 0.3},
+    {"100000x50_deletions", 100000, 50, 2, 0.0, 1, false, "PDFILE"},
+    {"100000x50_anchors", 100000, 50, 2, 0.0, 1, false, "PAFILE"},
+    {"100000x50_weights", 100000, 50, 2, 0.0, 1, false, "PWEIGHT"},
+    {"100000_in_20_booklets", 100000, 505, 2, 0.0, 20},
+    {"100000_in_20_booklets_reversed", 100000, 505, 2, 0.0, 20, true},
 };
 
 // A small generator of its own: the same data on every machine.
@@ -70,6 +88,28 @@ int DrawCategory(Random& random, double d, int categories) {
   return k;
 }
 
+// Whether the person's booklet has the item; persons and items from 1.
+bool Meets(const DataSet& set, int person, int item) {
+  const int own = (set.items - kLink) / set.booklets;
+  const int block = set.persons / set.booklets;
+  int booklet = (person - 1) / block;
+  if (set.reversed && person > 1) booklet = set.booklets - 1 - booklet;
+  return set.booklets == 1 || (item > booklet * own && item <= (booklet + 1) * own + kLink);
+}
+
+// Every second person is deleted, all are anchored, or weights are 1 and 2 in turn.
+void WriteList(const DataSet& set, const std::string& directory) {
+  Random random;
+  const bool deletes = std::string_view(set.list) == "PDFILE";
+  const bool anchors = std::string_view(set.list) == "PAFILE";
+  std::ofstream list(directory + "/list.txt");
+  for (int n = 1; n <= set.persons; ++n) {
+    list << (deletes ? n / 2 * 2 + 1 : n);
+    if (!deletes) list << ' ' << (anchors ? 1.2 * random.Normal() : 1 + n % 2);
+    list << '\n';
+  }
+}
+
 void WriteDataSet(const DataSet& set, const std::string& directory) {
   Random random;
   std::vector<double> difficulty;
@@ -80,7 +120,12 @@ void WriteDataSet(const DataSet& set, const std::string& directory) {
     const double measure = 1.2 * random.Normal();
     line = "P" + std::to_string(n);
     line.resize(10, ' ');
-    for (const double d : difficulty) {
+    for (int i = 1; i <= set.items; ++i) {
+      if (!Meets(set, n, i)) {
+        line += ' ';
+        continue;
+      }
+      const double d = difficulty[static_cast<std::size_t>(i) - 1];
       const int x = DrawCategory(random, measure - d, set.categories);
       line += random.Uniform() < set.missing ? ' ' : static_cast<char>('0' + x);
     }
@@ -90,15 +135,30 @@ void WriteDataSet(const DataSet& set, const std::string& directory) {
   control << "TITLE=Benchmark\nDATA=data.txt\nNAME1=1\nNAMLEN=8\nITEM1=11\nNI=" << set.items
           << "\nCODES=" << std::string("01234").substr(0, static_cast<std::size_t>(set.categories))
           << "\nTABLES=0010000001000100000000000000000000000000\nPFILE=p.txt\nIFILE=i.txt\n"
-          << "INUMB=Y\n&END\n";
+          << "INUMB=Y\n";
+  if (set.list != nullptr) {
+    WriteList(set, directory);
+    control << set.list << "=list.txt\n";
+  }
+  control << "&END\n";
 }
 
 struct Figures {
   double intake, startValues, joint, fit, output;
-  double iterations;
+  double iterations, connectivity;
   double peakMegabytes, allowedMegabytes;
   int status;
 };
+
+// The connectivity check once more, on the data of a run that has ended.
+double TimeConnectivity(vardento::Run& run) {
+  vardento::AllocateStores(run);
+  for (int n = 1; n <= run.NPERS; ++n) vardento::FillScoredRow(run, n);
+  const auto start = std::chrono::steady_clock::now();
+  vardento::ConnectivityScan scan(run);
+  if (!scan.Allocate() || !scan.Scan() || scan.SubsetCount() != 1) return -1;
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
 
 // One whole run, in a child process.
 Figures RunOnce(const DataSet& set, const std::string& directory) {
@@ -123,6 +183,7 @@ Figures RunOnce(const DataSet& set, const std::string& directory) {
     figures.peakMegabytes = static_cast<double>(usage.ru_maxrss) / 1024;
     figures.allowedMegabytes =
         (1.5 * set.persons * set.items + 200.0 * set.persons) / (1024 * 1024) + 50;
+    if (figures.status == 0) figures.connectivity = TimeConnectivity(run);
     const auto written = write(ends[1], &figures, sizeof figures);
     _exit(written == sizeof figures ? 0 : 1);
   }
@@ -152,6 +213,7 @@ void RunDataSet(benchmark::State& state, const DataSet& set) {
   state.counters["ucon_s_per_iteration"] = last.joint / last.iterations;
   state.counters["fit_s"] = last.fit;
   state.counters["output_s"] = last.output;
+  state.counters["connectivity_s"] = last.connectivity;  // within prox_s
   state.counters["peak_MB"] = last.peakMegabytes;
   state.counters["allowed_MB"] = last.allowedMegabytes;
 }
