@@ -4,9 +4,9 @@
 
 namespace vardento {
 
-// Lets SIGINT, SIGTERM, SIGHUP and SIGQUIT be counted (one that the parent process had set to be ignored
-// stays so), and a closed pipe or a file size limit end in a write error instead of the process.
-// Blocked reads wake up. Call it once, before the first console.
+// Lets SIGINT, SIGTERM, SIGHUP and SIGQUIT be counted (one that the parent process had set to be
+// ignored stays so), and a closed pipe or a file size limit end in a write error instead of the
+// process. Blocked reads wake up. Call it once, before the first console.
 void InstallSignalCounters();
 
 // How often SIGINT came since ClearInterruptSignals.
