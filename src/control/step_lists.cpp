@@ -8,6 +8,7 @@
 #include "control/parse_number.h"
 #include "run/messages.h"
 #include "run/number_text.h"
+#include "run/status.h"
 
 namespace vardento {
 namespace {
@@ -35,8 +36,6 @@ class StepList {
   }
 
  private:
-  static constexpr int kDeletedStep = -3;
-  static constexpr int kAnchoredStep = 2;
   inline static const EntryWords kWords{"STEP", "STEPS"};
 
   bool Anchors() const { return action_ == StepAction::Anchor; }
@@ -92,14 +91,14 @@ class StepList {
 
   void SetStep(int position, const StepLine& line) {
     std::int32_t& status = run_.arrays.StepStatus[position];
-    if (status == kDeletedStep) return;
+    if (status == StepStatus::Deleted) return;
     if (!Anchors()) {
-      status = kDeletedStep;
+      status = StepStatus::Deleted;
       return;
     }
     const ControlSettings& settings = run_.settings;
     const float scale = settings.UANCHOR == 'Y' ? settings.USCALE : settings.UASCALE;
-    status = line.failed ? 0 : kAnchoredStep;
+    status = line.failed ? StepStatus::Kept : StepStatus::Anchored;
     run_.arrays.StepCalibration[position] = line.failed ? 0.0F : line.value / std::fabs(scale);
   }
 

@@ -9,6 +9,7 @@
 #include "measure/entry_values.h"
 #include "run/messages.h"
 #include "run/number_text.h"
+#include "run/status.h"
 
 namespace vardento {
 namespace {
@@ -16,7 +17,6 @@ namespace {
 // A category that was kept though nobody used it: the step into it is put this far up, in logits,
 // and the step behind it as far down, so that an anchored run passes over the category as well.
 constexpr float kOutOfReach = 40;
-constexpr int kKept = 0, kAnchored = 2;  // step status
 
 // The running value of the steps of one scale, on the user's scale, position by position.
 class RunningStep {
@@ -30,13 +30,13 @@ class RunningStep {
   // The value at the next position; called for the first, the second ... in order.
   float At(int position) {
     const int status = arrays_.StepStatus[position];
-    if (status == kKept) {
+    if (status == StepStatus::Kept) {
       if (position > first_) PassOver();
       return value_;
     }
     // No step leads into the first category: what stands there is only of note when the user has
     // put it there.
-    if (position > first_ || status == kAnchored) Take(position, status);
+    if (position > first_ || status == StepStatus::Anchored) Take(position, status);
     return value_;
   }
 

@@ -5,6 +5,7 @@
 
 #include "measure/category_model.h"
 #include "measure/observations.h"
+#include "run/status.h"
 
 namespace vardento {
 
@@ -51,14 +52,14 @@ class Renumbering {
 
   void MarkObserved() {
     for (int k = 0; k <= top_; ++k) {
-      if (StatusAt(k) < -1) continue;
-      if (arrays_.CategoryCount[start_ + k] <= 0 && StatusAt(k) != 2) {
-        StatusAt(k) = -1;
+      if (StatusAt(k) < StepStatus::Unused) continue;
+      if (arrays_.CategoryCount[start_ + k] <= 0 && StatusAt(k) != StepStatus::Anchored) {
+        StatusAt(k) = StepStatus::Unused;
         continue;
       }
       highest_ = k;
       lowest_ = std::min(lowest_, k);
-      if (StatusAt(k) != 2) StatusAt(k) = 1;
+      if (StatusAt(k) != StepStatus::Anchored) StatusAt(k) = StepStatus::Active;
     }
   }
 
@@ -66,13 +67,13 @@ class Renumbering {
   void KeepUnobserved() {
     int upper = highest_;
     for (int k = highest_ - 1; k > lowest_; --k) {
-      if (StatusAt(k) == -1) {
+      if (StatusAt(k) == StepStatus::Unused) {
         if (arrays_.GroupModel[group_] == 'S') {
           // The step into an unobserved category can be estimated, the one behind it cannot.
-          StatusAt(k) = 1;
-          if (StatusAt(upper) != 2) StatusAt(upper) = 0;
+          StatusAt(k) = StepStatus::Active;
+          if (StatusAt(upper) != StepStatus::Anchored) StatusAt(upper) = StepStatus::Kept;
         } else {
-          StatusAt(k) = 0;
+          StatusAt(k) = StepStatus::Kept;
         }
       }
       if (StatusAt(k) > 0) upper = k;
@@ -99,7 +100,7 @@ class Renumbering {
       last = -1;
     }
     // No step leads into the lowest category that is left.
-    if (StatusAt(0) != 2) arrays_.StepCalibration[start_] = 0;
+    if (StatusAt(0) != StepStatus::Anchored) arrays_.StepCalibration[start_] = 0;
     arrays_.GroupTop[group_] = last;
     result_.largestTop = std::max(result_.largestTop, last);
   }
@@ -162,7 +163,7 @@ void CentreSteps(RunArrays& arrays, int group, double mean, const std::vector<fl
                  float& stepChange) {
   const int start = arrays.GroupStart[group];
   for (int k = 1; k <= arrays.GroupTop[group]; ++k) {
-    if (arrays.StepStatus[start + k] != 1) continue;
+    if (arrays.StepStatus[start + k] != StepStatus::Active) continue;
     float& step = arrays.StepCalibration[start + k];
     step = static_cast<float>(step - mean);
     const float change = step - previous[static_cast<std::size_t>(k)];
@@ -181,15 +182,15 @@ void EstimateSteps(RunArrays& arrays, const CategorySums& sums, int group, float
     const int position = start + k;
     const int status = arrays.StepStatus[position];
     float& step = arrays.StepCalibration[position];
-    if (k > 0 && status == 1) {
+    if (k > 0 && status == StepStatus::Active) {
       previous[static_cast<std::size_t>(k)] = step;
       const CategorySums::Triple above = ReachOfStep(arrays, sums, group, k);
       step = above.count == 0 || below.count == 0 ? 0.0F
                                                   : static_cast<float>(EstimateStep(below, above));
       ++stepCount;
     }
-    if (k > 0 && status < 1) step = 0;
-    if (k > 0 && status >= 1) stepSum += step;
+    if (k > 0 && status < StepStatus::Active) step = 0;
+    if (k > 0 && status >= StepStatus::Active) stepSum += step;
     if (sums.At(position).count > 0) below = FailuresBelow(arrays, sums, group, k);
   }
   if (stepCount > 0) CentreSteps(arrays, group, stepSum / stepCount, previous, stepChange);

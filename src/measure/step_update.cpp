@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "measure/category_model.h"
+#include "run/status.h"
 
 namespace vardento {
 
@@ -59,7 +60,7 @@ class StepUpdate {
     double observedBelow = 0, expectedBelow = 0;
     double largest = 1;
     for (int k = 0; k <= top_; ++k) {
-      if (StatusAt(k) <= 0) {
+      if (StatusAt(k) <= StepStatus::Kept) {
         // In succession a category behind an unused one has no step of its own, yet whoever is in
         // it has failed the next step.
         if (letter_ == 'S') observedBelow = Target(k);
@@ -84,13 +85,13 @@ class StepUpdate {
   }
 
   void MoveSteps(double divisor) {
-    for (int k = 1; k <= top_; ++k) anchored_ = anchored_ || StatusAt(k) == 2;
+    for (int k = 1; k <= top_; ++k) anchored_ = anchored_ || StatusAt(k) == StepStatus::Anchored;
     for (int k = 0; k <= top_; ++k) {
-      if (StatusAt(k) <= 0) continue;
+      if (StatusAt(k) <= StepStatus::Kept) continue;
       previous_[static_cast<std::size_t>(k)] = StepAt(k);
       // As a 32-bit value: residuals that differ by rounding alone are a tie, and the first stays.
       const auto residual = static_cast<float>(Observed(k) - Expected(k));
-      if (StatusAt(k) == 1 && std::fabs(residual) > std::fabs(result_.residual)) {
+      if (StatusAt(k) == StepStatus::Active && std::fabs(residual) > std::fabs(result_.residual)) {
         result_.residual = residual;
         result_.code = arrays_.CategoryToCode[start_ + k];
       }
@@ -99,12 +100,12 @@ class StepUpdate {
   }
 
   void MoveStep(int k, double move) {
-    if (StatusAt(k) == 1) {
+    if (StatusAt(k) == StepStatus::Active) {
       StepAt(k) = static_cast<float>(StepAt(k) + move);
       if (anchored_) return;
       stepCount_ += 1;
       stepSum_ += StepAt(k);
-    } else if (StatusAt(k) == 2) {
+    } else if (StatusAt(k) == StepStatus::Anchored) {
       stepCount_ += 1;
       stepSum_ += move;
     }
@@ -136,8 +137,8 @@ class StepUpdate {
   void Pivot(double shift) {
     double carry = 0;
     for (int k = 1; k <= top_; ++k) {
-      if (StatusAt(k) == 0) carry += shift;
-      if (StatusAt(k) != 1) continue;
+      if (StatusAt(k) == StepStatus::Kept) carry += shift;
+      if (StatusAt(k) != StepStatus::Active) continue;
       StepAt(k) = static_cast<float>(StepAt(k) - shift - carry);
       carry = 0;
       KeepChange(k);
@@ -147,7 +148,7 @@ class StepUpdate {
   void Centre() {
     const double mean = stepSum_ / std::max(stepCount_, 1);
     for (int k = 1; k <= top_; ++k) {
-      if (StatusAt(k) != 1) continue;
+      if (StatusAt(k) != StepStatus::Active) continue;
       StepAt(k) = static_cast<float>(StepAt(k) - mean);
       KeepChange(k);
     }

@@ -1,4 +1,5 @@
-// The status byte of a person or an item: whether it is measured, how, and if not, why.
+// The status byte of a person or an item: whether it is measured, how, and if not, why. The status
+// of a category and of the step into it.
 #pragma once
 
 #include <cstdint>
@@ -36,5 +37,13 @@ inline StatusByte WithoutCompleteFlag(StatusByte s) {
   return s > 8 ? static_cast<StatusByte>(s - Status::Complete) : s;
 }
 inline bool HasCompleteFlag(StatusByte s) { return s > 8; }
+
+namespace StepStatus {
+inline constexpr int Anchored = 2;  // the step is fixed by the user
+inline constexpr int Active = 1;    // estimated
+inline constexpr int Kept = 0;      // nobody used the category, yet it keeps its place; no step
+inline constexpr int Unused = -1;   // nobody used it
+inline constexpr int Deleted = -3;  // left out by the user
+}  // namespace StepStatus
 
 }  // namespace vardento
