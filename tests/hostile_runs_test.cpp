@@ -165,6 +165,8 @@ TEST(HostileLists, EndInWordsOrAreReadAsFarAsTheyMakeSense) {
       const ProgramResult result =
           Launch(directory, {"control.txt", "report.txt", "BATCH=Y"}, scratch.Path());
       EXPECT_EQ(scratch.Files(), std::vector<std::string>{});
+      EXPECT_TRUE(std::none_of(result.errors.begin(), result.errors.end(),
+                               [](unsigned char b) { return b < ' ' && b != '\n'; }));
       if (c.message != "?") {
         EXPECT_EQ(result.status, 1);
         EXPECT_THAT(result.errors, HasSubstr(c.message));
@@ -230,6 +232,28 @@ TEST(CommandLine, HelpIsOneScreenAndVersionOneLine) {
   EXPECT_EQ(version.status, 0);
   EXPECT_EQ(std::count(version.output.begin(), version.output.end(), '\n'), 1);
   EXPECT_THAT(version.output, testing::MatchesRegex(".*[0-9]+\\.[0-9]+.*\n"));
+}
+
+// A file that is opened must not become a standard stream, nor what the program reads from itself.
+TEST(CommandLine, ClosedStandardStreamsAreEmptyOnes) {
+  std::string lines[2];
+  for (const char* streams : {"</dev/null >/dev/null 2>&1", "<&- >&- 2>&-"}) {
+    for (const std::string batch : {"", " BATCH=Y"}) {
+      SCOPED_TRACE(streams + batch);
+      const TempDirectory directory;
+      directory.Write("control.txt", With("PFILE=nowhere/p.txt\n"));
+      directory.Write("data.txt", kData);
+      const std::string command = "cd " + directory.Path() + " && TMPDIR=. timeout 60 " +
+                                  VARDENTO_PROGRAM " control.txt report.txt" + batch + streams;
+      EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+      const std::string report = directory.Read("report.txt");
+      EXPECT_THAT(report, HasSubstr("RELIABILITY"));
+      std::string& expected = lines[batch.empty()];
+      const auto count = std::to_string(std::count(report.begin(), report.end(), '\n'));
+      if (expected.empty()) expected = count;
+      EXPECT_EQ(count, expected);
+    }
+  }
 }
 
 }  // namespace

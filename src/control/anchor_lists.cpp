@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 
 #include "control/entry_lists.h"
 #include "control/entry_words.h"
@@ -85,6 +86,7 @@ class AnchorList {
     const ControlSettings& settings = run_.settings;
     const float logits = settings.UANCHOR == 'Y' ? (value - settings.UMEAN) / settings.USCALE
                                                  : value / settings.UASCALE;
+    if (!std::isfinite(logits)) return;
     for (int entry = range.first; entry <= range.last; ++entry) {
       if (status_[entry] != Status::Active) continue;
       status_[entry] = Status::Anchored;

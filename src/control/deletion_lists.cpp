@@ -62,16 +62,28 @@ class DeletionList {
     }
   }
 
+  // "3-7", or two numbers alone: the second ends the range. On a line with more, such as a row of a
+  // measure file, only the sign makes one.
+  static void ParseDeletion(std::string& line, int& first, int& last) {
+    std::replace(line.begin(), line.end(), '+', ' ');
+    std::string_view text = line;
+    text.remove_prefix(std::min(text.find_first_not_of(" -"), text.size()));
+    TakeEntryRange(text, first, last);
+    if (last > 0) return;
+    std::replace(line.begin(), line.end(), '-', ' ');
+    text = line;
+    TakeEntryRange(text, first, last);
+    const std::string_view end = TakeListWord(text);
+    if (!Trim(text).empty()) return;
+    int none = 0;
+    text = end;
+    TakeEntryRange(text, last, none);
+  }
+
   void ApplyLine(std::string& line) {
     const bool keeps = line.find('+') != std::string::npos;
-    for (char& c : line) {
-      if (c == '+' || c == '-') c = ' ';
-    }
-    // The end of the range is the number behind the first.
-    std::string_view text = line;
-    int first = 0, last = 0, none = 0;
-    TakeEntryRange(text, first, none);
-    TakeEntryRange(text, last, none);
+    int first = 0, last = 0;
+    ParseDeletion(line, first, last);
     if (first == 0 && last == 0) return;
     if (keeps && run_.DefaultKept) {
       run_.DefaultKept = false;

@@ -35,7 +35,7 @@ bool ReadListLine(Run& run, TextReader& reader, const std::string& fileName, std
       run.RunIoStatus = status;
       FatalFileFailure(run, fileName, 'I');
     }
-    if (skipTitles && IsQuotedText(line)) continue;
+    if (skipTitles && IsTitle(line)) continue;
     if (CleanListLine(line)) return true;
   }
 }

@@ -33,14 +33,19 @@ bool TakeRangeSign(std::string_view& text) {
 bool CleanListLine(std::string& line) {
   line.resize(std::min(line.find(';'), std::min<std::size_t>(line.size(), kListLineLength)));
   for (char& c : line) {
-    if (c == '"' || c == ',' || c == '\t') c = ' ';
+    if (c == '"' || c == ',' || static_cast<unsigned char>(c) < ' ') c = ' ';
   }
   return !Trim(line).empty();
 }
 
-bool IsQuotedText(std::string_view line) {
+bool IsTitle(std::string_view line) {
   line = Trim(line);
-  return line.size() > 1 && line.front() == '"' && line.find('"', 1) == line.size() - 1;
+  if (line.size() < 2 || line.front() != '"' || line.find('"', 1) != line.size() - 1) return false;
+  std::string_view text = line.substr(1, line.size() - 2);
+  int first = 0, last = 0;
+  TakeEntryRange(text, first, last);
+  TakeListWord(text);
+  return first == 0 || !Trim(text).empty();
 }
 
 std::string_view TakeListWord(std::string_view& text) {

@@ -13,8 +13,8 @@ inline constexpr int kListLineLength = 80;
 // when nothing is left.
 bool CleanListLine(std::string& line);
 
-// A line that holds nothing but one text in double quotes.
-bool IsQuotedText(std::string_view line);
+// A line of one text in double quotes that is more than an entry and its value.
+bool IsTitle(std::string_view line);
 
 // Takes the next word off the front of `text`; empty when there is none.
 std::string_view TakeListWord(std::string_view& text);

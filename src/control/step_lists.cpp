@@ -98,8 +98,10 @@ class StepList {
     }
     const ControlSettings& settings = run_.settings;
     const float scale = settings.UANCHOR == 'Y' ? settings.USCALE : settings.UASCALE;
-    status = line.failed ? StepStatus::Kept : StepStatus::Anchored;
-    run_.arrays.StepCalibration[position] = line.failed ? 0.0F : line.value / std::fabs(scale);
+    const float step = line.value / std::fabs(scale);
+    const bool failed = line.failed || !std::isfinite(step);
+    status = failed ? StepStatus::Kept : StepStatus::Anchored;
+    run_.arrays.StepCalibration[position] = failed ? 0.0F : step;
   }
 
   Run& run_;

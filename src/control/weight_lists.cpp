@@ -37,7 +37,7 @@ bool ReadWeightList(Run& run, Array1<float> weights, std::string& fileName, cons
   std::fill(weights.begin(), weights.end(), 1.0F);
   TextReader reader;
   OpenListFileOrEnd(run, reader, fileName,
-                    "Edit " + words.label + " Anchor " + std::string(keyword) + "=",
+                    "Edit " + words.pluralLabel + " Anchor " + std::string(keyword) + "=",
                     " Processing " + words.pluralLabel + " Weights from: ");
   bool changed = false;
   std::string line;

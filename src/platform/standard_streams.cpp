@@ -1,5 +1,6 @@
 #include "platform/standard_streams.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -23,6 +24,14 @@ void WriteAll(int descriptor, std::string_view text) {
 }
 
 }  // namespace
+
+void HoldStandardStreams() {
+  // The lowest free descriptor is the one that open() takes.
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(descriptor, F_GETFD) >= 0) continue;
+    if (::open("/dev/null", O_RDWR) != descriptor) return;
+  }
+}
 
 void WriteToStandardOutput(std::string_view text) { WriteAll(STDOUT_FILENO, text); }
 void WriteToStandardError(std::string_view text) { WriteAll(STDERR_FILENO, text); }

@@ -5,6 +5,10 @@
 
 namespace vardento {
 
+// Puts the null device in the place of each standard stream that the parent process has closed, so
+// that no file of the user, opened later, becomes one. Call it before anything is opened.
+void HoldStandardStreams();
+
 // All of the text, or as much as the stream takes; a stream that is closed takes nothing.
 void WriteToStandardOutput(std::string_view text);
 void WriteToStandardError(std::string_view text);

@@ -39,6 +39,7 @@ constexpr std::string_view kHelp =
 }  // namespace
 
 int RunProgram(int argc, char** argv) {
+  HoldStandardStreams();
   const std::vector<std::string> words(argv + (argc > 0 ? 1 : 0), argv + argc);
   if (words.size() == 1 && words[0] == "--help") {
     WriteToStandardOutput(kHelp);
