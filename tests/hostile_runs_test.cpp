@@ -243,11 +243,12 @@ TEST(CommandLine, ClosedStandardStreamsAreEmptyOnes) {
       const TempDirectory directory;
       directory.Write("control.txt", With("PFILE=nowhere/p.txt\n"));
       directory.Write("data.txt", kData);
-      const std::string command = "cd " + directory.Path() + " && TMPDIR=. timeout 60 " +
+      const std::string command = "cd " + directory.Path() + " && TMPDIR=$PWD timeout 60 " +
                                   VARDENTO_PROGRAM " control.txt report.txt" + batch + streams;
       EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
       const std::string report = directory.Read("report.txt");
       EXPECT_THAT(report, HasSubstr("RELIABILITY"));
+      EXPECT_THAT(directory.Files(), testing::ElementsAre("control.txt", "data.txt", "report.txt"));
       std::string& expected = lines[batch.empty()];
       const auto count = std::to_string(std::count(report.begin(), report.end(), '\n'));
       if (expected.empty()) expected = count;

@@ -88,9 +88,9 @@ TEST_F(Terminal, ATemporaryReportIsTheOneFileThatStays) {
   EXPECT_THAT(report, HasSubstr("TABLE 6.1 Terminal"));
 }
 
-TEST_F(Terminal, EndsByExitEndOfInputHangUpOrQuit) {
+TEST_F(Terminal, EndsByExitEndOfInputHangUpInterruptOrQuit) {
   Prepare();
-  for (const std::string way : {"exit", "end of input", "hang-up", "quit"}) {
+  for (const std::string way : {"exit", "end of input", "hang-up", "interrupt", "quit"}) {
     SCOPED_TRACE(way);
     PtySession session(directory, {"control.txt", "report.txt"});
     ASSERT_TRUE(session.WaitFor(kDone)) << session.Screen();
@@ -98,6 +98,7 @@ TEST_F(Terminal, EndsByExitEndOfInputHangUpOrQuit) {
     if (way == "exit") session.Type("exit\n");
     if (way == "end of input") session.PressControlD();
     if (way == "hang-up") session.HangUp();
+    if (way == "interrupt") session.PressControlC();
     if (way == "quit") session.Type("\x1c");
     const int status = session.WaitForEnd();
     if (way == "exit" || way == "end of input") {

@@ -48,7 +48,7 @@ class DeletionList {
     TextReader reader;
     if (!OpenListFile(run_, reader, name, caption_, "")) return false;
     std::string line;
-    while (ReadListLine(run_, reader, name, line)) ApplyLine(line);
+    while (ReadListLine(run_, reader, name, line, true)) ApplyLine(line);
     return true;
   }
 

@@ -35,8 +35,7 @@ bool ReadListLine(Run& run, TextReader& reader, const std::string& fileName, std
       run.RunIoStatus = status;
       FatalFileFailure(run, fileName, 'I');
     }
-    if (skipTitles && IsTitle(line)) continue;
-    if (CleanListLine(line)) return true;
+    if (CleanListLine(line, skipTitles)) return true;
   }
 }
 

@@ -19,8 +19,7 @@ void OpenListFileOrEnd(Run& run, TextReader& reader, std::string& fileName,
                        std::string_view caption, std::string_view announcement);
 
 // The next line that isn't blank once it has been cleaned; false at the end of the file. A read
-// failure ends the run. With `skipTitles` a line that is one text in double quotes is passed over:
-// the head lines of a measure file with commas, whose title may begin with numbers.
+// failure ends the run. `skipTitles` as for CleanListLine.
 bool ReadListLine(Run& run, TextReader& reader, const std::string& fileName, std::string& line,
                   bool skipTitles = false);
 

@@ -28,24 +28,31 @@ bool TakeRangeSign(std::string_view& text) {
   return true;
 }
 
-}  // namespace
-
-bool CleanListLine(std::string& line) {
-  line.resize(std::min(line.find(';'), std::min<std::size_t>(line.size(), kListLineLength)));
-  for (char& c : line) {
-    if (c == '"' || c == ',' || static_cast<unsigned char>(c) < ' ') c = ' ';
-  }
-  return !Trim(line).empty();
-}
-
+// One text in double quotes that is more than an entry and its value.
 bool IsTitle(std::string_view line) {
   line = Trim(line);
   if (line.size() < 2 || line.front() != '"' || line.find('"', 1) != line.size() - 1) return false;
   std::string_view text = line.substr(1, line.size() - 2);
+  text.remove_prefix(std::min(text.find_first_not_of(" +-"), text.size()));
   int first = 0, last = 0;
   TakeEntryRange(text, first, last);
-  TakeListWord(text);
-  return first == 0 || !Trim(text).empty();
+  const std::string_view word = TakeListWord(text);
+  float value = 0;
+  bool failed = false;
+  if (!word.empty()) ParseListValue(word, value, failed);
+  return (first == 0 && last == 0) || failed || !Trim(text).empty();
+}
+
+}  // namespace
+
+bool CleanListLine(std::string& line, bool skipTitles) {
+  line.resize(std::min(line.find(';'), std::min<std::size_t>(line.size(), kListLineLength)));
+  for (char& c : line) {
+    if (c == ',' || static_cast<unsigned char>(c) < ' ') c = ' ';
+  }
+  if (skipTitles && IsTitle(line)) return false;
+  std::replace(line.begin(), line.end(), '"', ' ');
+  return !Trim(line).empty();
 }
 
 std::string_view TakeListWord(std::string_view& text) {

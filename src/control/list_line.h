@@ -9,12 +9,11 @@ namespace vardento {
 // What a line of a list may hold; the rest is cut.
 inline constexpr int kListLineLength = 80;
 
-// Cuts the line and blanks what is no value: all from ";" on, double quotes, commas, tabs. False
-// when nothing is left.
-bool CleanListLine(std::string& line);
-
-// A line of one text in double quotes that is more than an entry and its value.
-bool IsTitle(std::string_view line);
+// Cuts the line and blanks what is no value: all from ";" on, double quotes, commas, control
+// characters. False when nothing is left; with `skipTitles` also for one text in double quotes that
+// is more than an entry and its value: the head of a measure file with commas, whose title may
+// begin with numbers.
+bool CleanListLine(std::string& line, bool skipTitles = false);
 
 // Takes the next word off the front of `text`; empty when there is none.
 std::string_view TakeListWord(std::string_view& text);

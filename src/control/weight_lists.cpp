@@ -41,7 +41,7 @@ bool ReadWeightList(Run& run, Array1<float> weights, std::string& fileName, cons
                     " Processing " + words.pluralLabel + " Weights from: ");
   bool changed = false;
   std::string line;
-  while (ReadListLine(run, reader, fileName, line)) {
+  while (ReadListLine(run, reader, fileName, line, true)) {
     int first = 0, last = 0;
     float weight = 0;
     bool failed = false;

@@ -17,7 +17,8 @@ class Console {
   virtual void WriteLine(std::string_view text) = 0;
   // Text that stays on the last line: prompts, progress marks.
   virtual void WritePart(std::string_view text) = 0;
-  // One line typed by the user, without its end; false when no more input will come.
+  // One line typed by the user, without its end; false when no more input will come, or an
+  // interrupt that has not been acted upon.
   virtual bool ReadLine(std::string& line) = 0;
   // Handles what the user did in the meantime (see Interrupts).
   virtual void PumpMessages() = 0;
@@ -31,6 +32,8 @@ class Console {
   // Menu entries of the run; a console without menus keeps nothing.
   virtual void AddMenuEntry(std::string_view caption) = 0;
   virtual void SetMenuState(MenuState state) = 0;
+
+  int interruptsSeen = 0;  // interrupts that have been acted upon
 };
 
 }  // namespace vardento

@@ -29,11 +29,19 @@ void HoldStandardStreams() {
   // The lowest free descriptor is the one that open() takes.
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (::fcntl(descriptor, F_GETFD) >= 0) continue;
-    if (::open("/dev/null", O_RDWR) != descriptor) return;
+    if (::open("/dev/null", O_RDWR) < 0) ::open("/", O_RDONLY);  // fails at every read and write
   }
 }
 
 void WriteToStandardOutput(std::string_view text) { WriteAll(STDOUT_FILENO, text); }
 void WriteToStandardError(std::string_view text) { WriteAll(STDERR_FILENO, text); }
+
+std::string WithoutControls(std::string_view text) {
+  std::string shown(text);
+  for (char& c : shown) {
+    if (static_cast<unsigned char>(c) < ' ' || c == 127) c = ' ';
+  }
+  return shown;
+}
 
 }  // namespace vardento

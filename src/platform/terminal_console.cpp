@@ -13,23 +13,15 @@
 namespace vardento {
 namespace {
 
-// Texts may quote a user's file: a terminal must not obey what stands there.
-std::string WithoutControls(std::string_view text) {
-  std::string shown(text);
-  for (char& c : shown) {
-    if (static_cast<unsigned char>(c) < ' ' || c == 127) c = ' ';
-  }
-  return shown;
-}
-
 // Standard input for reads that never block: a key that sends a signal also empties the terminal,
 // and a read that starts just then would wait for more. The terminal is opened once more for that,
 // since the flag on the inherited descriptor would be the shell's too.
 int OpenInput() {
-  char name[256];
-  if (::ttyname_r(STDIN_FILENO, name, sizeof name) != 0) return STDIN_FILENO;
-  const int own = ::open(name, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-  return own < 0 ? STDIN_FILENO : own;
+  char name[256] = "/dev/tty";  // whoever owns the device, its own processes may open this one
+  const bool own = ::tcgetpgrp(STDIN_FILENO) >= 0;
+  if (!own && ::ttyname_r(STDIN_FILENO, name, sizeof name) != 0) return STDIN_FILENO;
+  const int opened = ::open(name, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  return opened < 0 ? STDIN_FILENO : opened;
 }
 
 }  // namespace
@@ -52,17 +44,17 @@ void TerminalConsole::WritePart(std::string_view text) {
 }
 
 bool TerminalConsole::ReadLine(std::string& line) {
-  const int interruptsBefore = Interrupts();
   line.clear();
-  while (!TakeLine(line)) {
-    if (inputEnded_ || IsClosing() || Interrupts() != interruptsBefore) {
-      if (partPending_) WriteLine("");  // nobody has ended the prompt's line
-      return false;
+  while (!IsClosing() && Interrupts() <= interruptsSeen) {
+    if (TakeLine(line)) {
+      partPending_ = false;
+      return true;
     }
+    if (inputEnded_) break;
     if (WaitForInput()) ReadInput();
   }
-  partPending_ = false;
-  return true;
+  if (partPending_) WriteLine("");  // nobody has ended the prompt's line
+  return false;
 }
 
 // Takes the first whole line from what was typed; at the end of input, the rest.
@@ -82,7 +74,10 @@ bool TerminalConsole::TakeLine(std::string& line) {
 // True when there is input; false when only a signal has come.
 bool TerminalConsole::WaitForInput() {
   pollfd waits[2] = {{input_, POLLIN, 0}, {SignalWakeDescriptor(), POLLIN, 0}};
-  if (::poll(waits, 2, -1) < 0) return false;
+  if (::poll(waits, 2, -1) < 0) {
+    inputEnded_ = errno != EINTR;
+    return false;
+  }
   if (waits[1].revents != 0) {
     char bytes[64];
     while (::read(waits[1].fd, bytes, sizeof bytes) > 0) {

@@ -23,7 +23,7 @@ void ClearStopRequest(Run& run) {
 // can stop it as well, so that the next interrupt is the first again.
 void ForgetStopRequest(Run& run) {
   ClearStopRequest(run);
-  run.interruptsSeen = 0;
+  run.console->interruptsSeen = 0;
   run.console->ClearInterrupts();
 }
 

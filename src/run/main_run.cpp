@@ -99,6 +99,8 @@ void AnalyseData(Run& run) {
 
 // After the run: one line of the user at a time, until there are no more.
 void Idle(Run& run) {
+  // An interrupt that came too late to stop anything in the run does not end the program.
+  run.console->interruptsSeen = run.console->Interrupts();
   run.console->WriteLine(" Type \"exit\" and press Enter to end.");
   std::string line;
   while (run.console->ReadLine(line)) {
@@ -109,7 +111,7 @@ void Idle(Run& run) {
         " Tables on request come with the menus later. \"exit\" ends the program.");
   }
   // No more lines: the end of input is a good end, an interrupt or a hang-up is not.
-  if (run.console->IsClosing() || run.console->Interrupts() > run.interruptsSeen) {
+  if (run.console->IsClosing() || run.console->Interrupts() > run.console->interruptsSeen) {
     run.leaving = true;
   }
 }

@@ -60,13 +60,13 @@ void WriteConsole(Run& run, std::string_view text) {
 }
 
 void ReportMessage(Run& run, std::string_view text) {
-  text = TrimRight(text.substr(0, kLongestMessage));
+  const std::string shown = WithoutControls(TrimRight(text.substr(0, kLongestMessage)));
   LeaveProgressBar(run);
-  run.console->WriteLine(text);
+  run.console->WriteLine(shown);
   if (!run.batch) return;
-  WriteToStandardError(std::string(text) + "\n");
+  WriteToStandardError(shown + "\n");
   // A report that fails is told about elsewhere: its own messages must not come back here.
-  if (run.report.IsOpen()) run.report.PutLine(" " + std::string(text), run.settings);
+  if (run.report.IsOpen()) run.report.PutLine(" " + shown, run.settings);
 }
 
 bool TellReportFailure(Run& run, int status) {
@@ -129,8 +129,8 @@ void PumpMessages(Run& run) {
   run.console->PumpMessages();
   const int interrupts = run.console->Interrupts();
   if (run.console->IsClosing() || interrupts > (run.batch ? 0 : 1)) LeaveProcess(run);
-  if (interrupts > run.interruptsSeen) {
-    run.interruptsSeen = interrupts;
+  if (interrupts > run.console->interruptsSeen) {
+    run.console->interruptsSeen = interrupts;
     run.StopRequest = 1;
   }
 }

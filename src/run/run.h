@@ -106,7 +106,6 @@ struct Run {
   bool outputFailed = false;  // the report or an output file could not be written completely
   bool usageError = false;    // the command line can't be used
   bool leaving = false;       // the user or the system wants the process to end: no idle state
-  int interruptsSeen = 0;     // interrupts that have been acted upon
 };
 
 // Thrown by EndRun alone and caught by MainRun alone: the run is over.

@@ -72,14 +72,15 @@ TEST(EntryLists, DeletionsAndInclusions) {
     const char* list;
     const char* letters;
   } cases[] = {
-      {"5\n", "....D...."},       {"-5 ; the fifth\n\n \"2\"\n", ".D..D...."},
-      {"3-7\n", "..DDDDD.."},     {"7-3\n", "..DDDDD.."},
-      {"3 - 7\n", "..DDDDD.."},   {"3,7\n", "..DDDDD.."},
-      {"3 7 .15\n", "..D......"}, {"3-7 Pat 9\n", "..DDDDD.."},
-      {"3 -7 1\n", "..D......"},  {"3-\n", "..D......"},
-      {"\t8-99\n", ".......DD"},  {"0\n10\n99-100\n-\nabc\n4x\n;1\n", "........."},
-      {"3 Pat\n", "..D......"},   {"0-2\n", "DD......."},
-      {"+5\n", "DDDD.DDDD"},      {"2\n+5\n+8-9\n9\n", "DDDD.DD.D"},
+      {"5\n", "....D...."},           {"-5 ; the fifth\n\n \"2\"\n", ".D..D...."},
+      {"3-7\n", "..DDDDD.."},         {"7-3\n", "..DDDDD.."},
+      {"3 - 7\n", "..DDDDD.."},       {"3,7\n", "..DDDDD.."},
+      {"3 7 .15\n", "..D......"},     {"3-7 Pat 9\n", "..DDDDD.."},
+      {"3 -7 1\n", "..D......"},      {"3-\n", "..D......"},
+      {"\"3 forms\"\n", "........."}, {"\"3 long forms\";\n\"-2\"\n", ".D......."},
+      {"\t8-99\n", ".......DD"},      {"0\n10\n99-100\n-\nabc\n4x\n;1\n", "........."},
+      {"3 Pat\n", "..D......"},       {"0-2\n", "DD......."},
+      {"+5\n", "DDDD.DDDD"},          {"2\n+5\n+8-9\n9\n", "DDDD.DD.D"},
       {"+x\n1\n", "D........"},  // no entry: the list is not turned round
   };
   for (const auto& c : cases) {
@@ -129,7 +130,7 @@ TEST(EntryLists, AnchorsTakeTheFirstValueOfAnActiveEntry) {
   t.run.settings.USCALE = -10;
   t.run.settings.IAFILE = t.List(
       "\";\",\"ENTRY\",\"MEASURE\"\n 1  60.00  1 283.0 label 7\n1 20\n3-2 +45\n4 50\n5 -.5\n"
-      "6 1.2.3\n7\n8 text\n\"8 2\"\n9-12,40,1\n0 3\n");
+      "6 1.2.3\n7\n8 text\n\"8,2\"\n\"7 2 forms\";\n9-12,40,1\n0 3\n");
   ReadItemAnchors(t.run);
   EXPECT_EQ(ListRun::Letters(t.run.arrays.ItemStatus), "AAADA..AA");
   EXPECT_EQ(ListRun::Shown(t.run.arrays.ItemMeasure), "-1 0.5 0.5 0 5.05 0 0 4.8 1");
