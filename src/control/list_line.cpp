@@ -28,11 +28,35 @@ bool TakeRangeSign(std::string_view& text) {
   return true;
 }
 
+// Double quotes, commas and control characters are no part of a value.
+void BlankSeparators(std::string& text) {
+  for (char& c : text) {
+    if (c == '"' || c == ',' || static_cast<unsigned char>(c) < ' ') c = ' ';
+  }
+}
+
+// The text between the first and the last double quote of a line that is nothing else (but for a
+// comment); empty when there is none or the quotes stand around several fields.
+std::string TakeQuoted(std::string_view line) {
+  const auto isQuoted = [](std::string_view t) {
+    return t.size() > 2 && t.front() == '"' && t.back() == '"';
+  };
+  const std::string_view beforeComment = Trim(line.substr(0, line.find(';')));
+  line = isQuoted(beforeComment) ? beforeComment : Trim(line);
+  if (!isQuoted(line)) return {};
+  const auto separates = [](char c) { return c == ',' || c == '\t'; };
+  for (std::size_t i = 1; i + 1 < line.size(); ++i) {
+    if (line[i] == '"' && (separates(line[i - 1]) || separates(line[i + 1]))) return {};
+  }
+  return std::string(line.substr(1, line.size() - 2));
+}
+
 // One text in double quotes that is more than an entry and its value.
 bool IsTitle(std::string_view line) {
-  line = Trim(line);
-  if (line.size() < 2 || line.front() != '"' || line.find('"', 1) != line.size() - 1) return false;
-  std::string_view text = line.substr(1, line.size() - 2);
+  std::string quoted = TakeQuoted(line);
+  if (quoted.empty()) return false;
+  BlankSeparators(quoted);
+  std::string_view text = quoted;
   text.remove_prefix(std::min(text.find_first_not_of(" +-"), text.size()));
   int first = 0, last = 0;
   TakeEntryRange(text, first, last);
@@ -46,12 +70,9 @@ bool IsTitle(std::string_view line) {
 }  // namespace
 
 bool CleanListLine(std::string& line, bool skipTitles) {
-  line.resize(std::min(line.find(';'), std::min<std::size_t>(line.size(), kListLineLength)));
-  for (char& c : line) {
-    if (c == ',' || static_cast<unsigned char>(c) < ' ') c = ' ';
-  }
   if (skipTitles && IsTitle(line)) return false;
-  std::replace(line.begin(), line.end(), '"', ' ');
+  line.resize(std::min(line.find(';'), std::min<std::size_t>(line.size(), kListLineLength)));
+  BlankSeparators(line);
   return !Trim(line).empty();
 }
 
