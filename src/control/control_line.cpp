@@ -39,9 +39,7 @@ void RemoveComment(std::string& line) {
 
 void CleanControlLine(std::string& line) {
   RemoveComment(line);
-  for (char& c : line) {
-    if (static_cast<unsigned char>(c) < ' ') c = ' ';
-  }
+  BlankControlCharacters(line);
   line.erase(line.find_last_not_of(' ') + 1);
   line.erase(0, std::min(line.find_first_not_of(' '), line.size()));
 }

@@ -17,8 +17,6 @@ constexpr std::size_t kMaxSteps = 3 * kMaxLineLength;
 // Every number of a format is held here: far beyond the last column, far below an overflow.
 constexpr int kMaxAmount = 1000000;
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 class FormatParser {
  public:
   explicit FormatParser(std::string_view text) : text_(text) { levels_.emplace_back(); }

@@ -23,13 +23,6 @@ std::string CleanListLine(std::string_view line) {
   return text;
 }
 
-std::string_view TakeDigits(std::string_view& text) {
-  const std::size_t end = std::min(text.find_first_not_of("0123456789"), text.size());
-  const std::string_view digits = text.substr(0, end);
-  text.remove_prefix(end);
-  return digits;
-}
-
 // One of the four variables that a list can give.
 struct PerItemVariable {
   std::string_view name;

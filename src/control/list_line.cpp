@@ -8,15 +8,6 @@
 namespace vardento {
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
-std::string_view TakeDigits(std::string_view& text) {
-  const auto end = std::find_if_not(text.begin(), text.end(), IsDigit);
-  const std::string_view digits = text.substr(0, static_cast<std::size_t>(end - text.begin()));
-  text.remove_prefix(digits.size());
-  return digits;
-}
-
 // The "-" of a range: right behind the first number, or set apart on both sides.
 bool TakeRangeSign(std::string_view& text) {
   const std::size_t sign = text.find_first_not_of(' ');
@@ -30,9 +21,9 @@ bool TakeRangeSign(std::string_view& text) {
 
 // Double quotes, commas and control characters are no part of a value.
 void BlankSeparators(std::string& text) {
-  for (char& c : text) {
-    if (c == '"' || c == ',' || static_cast<unsigned char>(c) < ' ') c = ' ';
-  }
+  BlankControlCharacters(text);
+  std::replace(text.begin(), text.end(), '"', ' ');
+  std::replace(text.begin(), text.end(), ',', ' ');
 }
 
 // The text between the first and the last double quote of a line that is nothing else (but for a

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <charconv>
 
+#include "run/number_text.h"
+
 namespace vardento {
 namespace {
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool AreDigits(std::string_view text) { return std::all_of(text.begin(), text.end(), IsDigit); }
 

@@ -12,8 +12,6 @@ namespace vardento {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 // Walks over a text such as $S3W2+"."+$S5E6.
 class FieldParser {
  public:
@@ -49,9 +47,10 @@ class FieldParser {
 
   // The number at this place; -1 when there are no digits.
   int TakeNumber() {
-    const std::size_t start = place_;
-    while (!AtEnd() && IsDigit(text_[place_])) ++place_;
-    return std::min(ParseCount(text_.substr(start, place_ - start)), kMaxLineLength);
+    std::string_view rest = text_.substr(place_);
+    const std::string_view digits = TakeDigits(rest);
+    place_ += digits.size();
+    return std::min(ParseCount(digits), kMaxLineLength);
   }
 
   // Behind the "$".
@@ -93,9 +92,7 @@ class FieldParser {
 
 std::string FinishValue(std::string value, bool found) {
   if (!found) return "";
-  for (char& c : value) {
-    if (static_cast<unsigned char>(c) < ' ') c = ' ';
-  }
+  BlankControlCharacters(value);
   return std::string(Trim(value));
 }
 

@@ -21,12 +21,6 @@ constexpr int kNumberLabelLength = 8;
   FatalFileFailure(run, name, operation);
 }
 
-void BlankControlCharacters(std::string& line) {
-  for (char& c : line) {
-    if (static_cast<unsigned char>(c) < ' ') c = ' ';
-  }
-}
-
 bool IsLabelEnd(std::string_view line) {
   std::string word;
   for (const char c : line) {

@@ -76,9 +76,7 @@ void RecordFields::Take(std::string& record) {
   } else {
     TakeColumns(record);
   }
-  for (char& c : label_) {
-    if (static_cast<unsigned char>(c) < ' ') c = ' ';
-  }
+  BlankControlCharacters(label_);
 }
 
 void RecordFields::TakeColumns(std::string& record) {

@@ -75,9 +75,7 @@ std::vector<RecordMark> RecordMarks(const ControlSettings& settings, std::string
 void ShowRecord(Run& run, std::string_view title, std::string_view record, bool withRuler,
                 const std::vector<RecordMark>& marks) {
   std::string text(TrimRight(record));
-  for (char& c : text) {
-    if (static_cast<unsigned char>(c) < ' ') c = ' ';
-  }
+  BlankControlCharacters(text);
   WriteConsole(run, title);
   if (withRuler) {
     for (const std::string& line : RulerLines(static_cast<int>(text.size()))) {

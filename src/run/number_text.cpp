@@ -137,4 +137,17 @@ std::string UpperCase(std::string_view text) {
   return upper;
 }
 
+void BlankControlCharacters(std::string& text) {
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < ' ') c = ' ';
+  }
+}
+
+std::string_view TakeDigits(std::string_view& text) {
+  const auto end = std::find_if_not(text.begin(), text.end(), IsDigit);
+  const std::string_view digits = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+  text.remove_prefix(digits.size());
+  return digits;
+}
+
 }  // namespace vardento

@@ -34,5 +34,8 @@ std::string PadLeft(std::string_view text, int width);   // right-justified; hig
 bool SameText(std::string_view a, std::string_view b);   // equal but for trailing blanks
 char UpperCase(char c);                                  // ASCII letters only
 std::string UpperCase(std::string_view text);
+void BlankControlCharacters(std::string& text);  // those below the blank
+inline bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+std::string_view TakeDigits(std::string_view& text);  // off the front; empty when there are none
 
 }  // namespace vardento
