@@ -24,7 +24,7 @@
 #include "data/work_files.h"
 #include "measure/connectivity.h"
 #include "platform/silent_console.h"
-#include "run/main_run.h"
+#include "program/main_run.h"
 
 namespace {
 

@@ -9,11 +9,11 @@
 #include "control/control_line.h"
 #include "control/data_format.h"
 #include "control/item_lists.h"
-#include "control/label_mask.h"
-#include "control/list_line.h"
 #include "control/parse_number.h"
-#include "run/number_text.h"
+#include "lists/label_mask.h"
+#include "lists/list_line.h"
 #include "support/temp_directory.h"
+#include "text/number_text.h"
 
 using namespace vardento;
 

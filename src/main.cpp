@@ -1,3 +1,3 @@
-#include "run/main_run.h"
+#include "program/main_run.h"
 
 int main(int argc, char** argv) { return vardento::RunProgram(argc, argv); }

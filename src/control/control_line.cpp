@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {
@@ -69,6 +69,11 @@ std::string ExtractValue(std::string_view text) {
   }
   if (value.empty()) value = " ";
   return value;
+}
+
+bool HoldsFieldSpecification(std::string_view fileName) {
+  return fileName.find("$S") != std::string_view::npos ||
+         fileName.find("$s") != std::string_view::npos;
 }
 
 }  // namespace vardento

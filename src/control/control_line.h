@@ -34,4 +34,7 @@ bool IsQuote(char c);
 // Takes off a ";" and all behind it.
 void RemoveComment(std::string& line);
 
+// "$S" marks a field of the labels or records in the place of a file name.
+bool HoldsFieldSpecification(std::string_view fileName);
+
 }  // namespace vardento

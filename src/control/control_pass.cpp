@@ -8,7 +8,7 @@
 #include "control/parse_number.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -4,8 +4,8 @@
 
 #include "control/control_reader.h"
 #include "run/messages.h"
-#include "run/number_text.h"
 #include "run/status.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "control/parse_number.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -5,7 +5,7 @@
 #include "control/control_source.h"
 #include "control/keyword_values.h"
 #include "control/parse_number.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

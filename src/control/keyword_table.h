@@ -7,7 +7,7 @@
 #include <string_view>
 #include <variant>
 
-#include "control/control_settings.h"
+#include "run/control_settings.h"
 
 namespace vardento {
 

@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "control/list_file.h"
 #include "control/parse_number.h"
 #include "control/sub_lists.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "control/item_specifications.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "platform/io_status.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "data/data_reader.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 

@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "control/control_line.h"
-#include "control/list_line.h"
 #include "control/parse_number.h"
 #include "data/data_edits.h"
 #include "data/record_reader.h"
+#include "lists/list_line.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 

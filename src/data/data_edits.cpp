@@ -7,15 +7,15 @@
 
 #include "control/control_line.h"
 #include "control/item_specifications.h"
-#include "control/list_file.h"
-#include "control/list_line.h"
 #include "data/code_lookup.h"
 #include "data/data_reader.h"
 #include "data/person_trial.h"
 #include "data/work_files.h"
+#include "lists/list_file.h"
+#include "lists/list_line.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 

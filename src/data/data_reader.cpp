@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "control/label_mask.h"
 #include "data/code_lookup.h"
 #include "data/data_edits.h"
 #include "data/delimited_record.h"
@@ -13,8 +12,9 @@
 #include "data/score_tables.h"
 #include "data/select_items.h"
 #include "data/work_files.h"
+#include "lists/label_mask.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 

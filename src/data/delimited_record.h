@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "control/control_settings.h"
+#include "run/control_settings.h"
 
 namespace vardento {
 

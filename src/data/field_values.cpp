@@ -1,9 +1,9 @@
 #include "data/field_values.h"
 
-#include "control/list_file.h"
+#include "control/control_line.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 

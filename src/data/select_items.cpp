@@ -1,10 +1,10 @@
 #include "data/select_items.h"
 
-#include "control/label_mask.h"
-#include "control/list_file.h"
+#include "control/control_line.h"
 #include "data/field_values.h"
 #include "data/work_files.h"
-#include "run/number_text.h"
+#include "lists/label_mask.h"
+#include "text/number_text.h"
 
 namespace vardento {
 

@@ -5,7 +5,7 @@
 #include "files/file_form.h"
 #include "measure/entry_values.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

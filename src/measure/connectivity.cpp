@@ -9,7 +9,7 @@
 #include "measure/entry_values.h"
 #include "measure/estimation.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 

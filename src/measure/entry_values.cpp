@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "data/work_files.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "data/work_files.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 

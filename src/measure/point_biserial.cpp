@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 

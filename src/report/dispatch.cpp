@@ -11,7 +11,7 @@
 #include "report/sorted_lists.h"
 #include "report/summary_table.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "report/measure_table.h"
 #include "report/report_columns.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "report/report_writer.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 

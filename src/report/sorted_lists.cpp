@@ -10,7 +10,7 @@
 #include "report/later_tables.h"
 #include "report/report_columns.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

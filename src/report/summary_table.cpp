@@ -6,7 +6,7 @@
 
 #include "measure/entry_values.h"
 #include "report/report_columns.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -10,7 +10,7 @@
 #include "platform/text_file.h"
 #include "report/report_writer.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

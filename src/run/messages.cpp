@@ -5,7 +5,7 @@
 
 #include "platform/io_status.h"
 #include "platform/standard_streams.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "control/control_settings.h"
-#include "run/number_text.h"
+#include "run/control_settings.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

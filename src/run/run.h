@@ -7,15 +7,15 @@
 #include <string>
 #include <vector>
 
-#include "control/control_settings.h"
 #include "platform/console.h"
 #include "platform/memory.h"
 #include "platform/silent_console.h"
 #include "platform/text_file.h"
-#include "report/table_request.h"
+#include "run/control_settings.h"
 #include "run/phase_clock.h"
 #include "run/report_output.h"
 #include "run/run_arrays.h"
+#include "run/table_request.h"
 #include "run/work_directory.h"
 #include "run/work_stores.h"
 

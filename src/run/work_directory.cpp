@@ -6,7 +6,7 @@
 #include "platform/directories.h"
 #include "platform/file.h"
 #include "platform/io_status.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

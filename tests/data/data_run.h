@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "control/control_settings.h"
 #include "data/data_reader.h"
 #include "data/person_trial.h"
 #include "data/work_files.h"
+#include "run/control_settings.h"
 #include "support/test_run.h"
 
 namespace vardento::test {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "run/main_run.h"
+#include "program/main_run.h"
 #include "support/test_run.h"
 
 namespace vardento::test {

@@ -1,9 +1,9 @@
-#include "control/entry_words.h"
+#include "lists/entry_words.h"
 
 #include <algorithm>
 
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 

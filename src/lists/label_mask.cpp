@@ -1,4 +1,4 @@
-#include "control/label_mask.h"
+#include "lists/label_mask.h"
 
 #include <algorithm>
 

@@ -23,7 +23,4 @@ void OpenListFileOrEnd(Run& run, TextReader& reader, std::string& fileName,
 bool ReadListLine(Run& run, TextReader& reader, const std::string& fileName, std::string& line,
                   bool skipTitles = false);
 
-// "$S" marks a field of the labels or records in the place of a file name.
-bool HoldsFieldSpecification(std::string_view fileName);
-
 }  // namespace vardento

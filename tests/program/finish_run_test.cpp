@@ -1,5 +1,5 @@
 // The end of the report: nothing that was written before the Tables may get lost.
-#include "run/finish_run.h"
+#include "program/finish_run.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,9 @@
-#include "run/start_up.h"
+#include "program/start_up.h"
 
 #include "platform/directories.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

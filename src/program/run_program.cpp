@@ -7,7 +7,7 @@
 #include "platform/signals.h"
 #include "platform/standard_streams.h"
 #include "platform/terminal_console.h"
-#include "run/main_run.h"
+#include "program/main_run.h"
 
 namespace vardento {
 namespace {

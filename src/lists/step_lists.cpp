@@ -1,14 +1,14 @@
 #include <algorithm>
 #include <cmath>
 
-#include "control/entry_lists.h"
-#include "control/entry_words.h"
-#include "control/list_file.h"
-#include "control/list_line.h"
 #include "control/parse_number.h"
+#include "lists/entry_lists.h"
+#include "lists/entry_words.h"
+#include "lists/list_file.h"
+#include "lists/list_line.h"
 #include "run/messages.h"
-#include "run/number_text.h"
 #include "run/status.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -1,4 +1,4 @@
-#include "run/finish_run.h"
+#include "program/finish_run.h"
 
 #include <algorithm>
 
@@ -6,7 +6,7 @@
 #include "platform/io_status.h"
 #include "report/report_writer.h"
 #include "run/messages.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -1,13 +1,13 @@
-#include "run/analysis_driver.h"
+#include "program/analysis_driver.h"
 
 #include "control/control_reader.h"
 #include "files/later_files.h"
 #include "files/measure_files.h"
 #include "files/step_files.h"
 #include "measure/estimation.h"
+#include "program/finish_run.h"
 #include "report/convergence_table.h"
 #include "report/report_writer.h"
-#include "run/finish_run.h"
 #include "run/messages.h"
 
 namespace vardento {

@@ -1,5 +1,5 @@
 // How numbers look in reports and output files, worked out by hand from the rules of the fields.
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "control/list_line.h"
+#include "lists/list_line.h"
 
 #include <algorithm>
 
 #include "control/parse_number.h"
-#include "run/number_text.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -1,6 +1,6 @@
-#include "control/list_file.h"
+#include "lists/list_file.h"
 
-#include "control/list_line.h"
+#include "lists/list_line.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
 
@@ -37,11 +37,6 @@ bool ReadListLine(Run& run, TextReader& reader, const std::string& fileName, std
     }
     if (CleanListLine(line, skipTitles)) return true;
   }
-}
-
-bool HoldsFieldSpecification(std::string_view fileName) {
-  return fileName.find("$S") != std::string_view::npos ||
-         fileName.find("$s") != std::string_view::npos;
 }
 
 }  // namespace vardento

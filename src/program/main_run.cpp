@@ -1,22 +1,22 @@
-#include "run/main_run.h"
+#include "program/main_run.h"
 
 #include <algorithm>
 
 #include "control/control_reader.h"
-#include "control/entry_lists.h"
 #include "control/item_specifications.h"
 #include "data/data_reader.h"
 #include "data/select_items.h"
 #include "data/work_files.h"
 #include "files/later_files.h"
+#include "lists/entry_lists.h"
 #include "platform/clock.h"
+#include "program/analysis_driver.h"
+#include "program/finish_run.h"
+#include "program/start_up.h"
 #include "report/report_writer.h"
 #include "run/allocate_blocks.h"
-#include "run/analysis_driver.h"
-#include "run/finish_run.h"
 #include "run/messages.h"
-#include "run/number_text.h"
-#include "run/start_up.h"
+#include "text/number_text.h"
 
 namespace vardento {
 namespace {

@@ -1,5 +1,5 @@
 // The command line and the start-up dialogue.
-#include "run/start_up.h"
+#include "program/start_up.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "control/entry_lists.h"
+#include "lists/entry_lists.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
