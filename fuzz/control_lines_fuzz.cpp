@@ -18,7 +18,7 @@ using vardento::Run;
 
 void ReadControl(Run& run) {
   vardento::ReadControlVariables(run);
-  if (run.settings.NI > 500) run.settings.NI = 500;
+  if (run.settings.NI > 500) run.DraftSettings().NI = 500;
   if (vardento::NeedsSecondPass(run.settings)) vardento::ReadPerItemVariables(run);
   vardento::ReadPerItemLists(run);
   vardento::NormalisePerItemTexts(run);

@@ -12,7 +12,6 @@
 
 #include "control/data_format.h"
 #include "data/data_reader.h"
-#include "data/person_trial.h"
 #include "data/work_files.h"
 #include "platform/silent_console.h"
 #include "run/run.h"
@@ -89,7 +88,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   WriteBytes(run.startUp.ControlFileName, text);
   if (run.input.control.Open(run.startUp.ControlFileName) != 0) return 0;
   if (bytes[6] & 2) {
-    run.settings.DATA = Directory() + "data.txt";
+    run.DraftSettings().DATA = Directory() + "data.txt";
     WriteBytes(run.settings.DATA, text);
   }
   run.personCapacity = 50;
@@ -97,7 +96,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   for (StatusByte& status : PersonTrial(run)) status = Status::Active;
   Arrays arrays(run);
   try {
-    run.settings.FORMAT = std::string(format);
+    run.DraftSettings().FORMAT = std::string(format);
     CheckFormat(run);
     ReadData(run);
     for (int p = 1; p <= run.NPERS; ++p) {

@@ -200,9 +200,11 @@ TEST(WorkFiles, OfRunsAtOnceAreNeverShared) {
 // Work files hold private data: their directory and they themselves are open to their owner alone.
 TEST(WorkFiles, AreTheUsersOwnAndGoneAfterATerminationSignal) {
   const TempDirectory directory, scratch;
-  // Never ends by itself: the start values have no limit.
-  directory.Write("control.txt", With("MPROX=0\n"));
-  directory.Write("data.txt", kData);
+  // Never converges: it would take minutes to reach the limit of iterations.
+  directory.Write("control.txt", With("LCONV=0\nRCONV=0\n"));
+  std::string data;
+  for (int i = 0; i < 1000; ++i) data += kData;
+  directory.Write("data.txt", data);
   Program program(directory, {"control.txt", "report.txt", "BATCH=Y"}, scratch.Path());
   while (scratch.Files().size() < 4) std::this_thread::sleep_for(std::chrono::milliseconds(5));
   std::this_thread::sleep_for(std::chrono::milliseconds(50));

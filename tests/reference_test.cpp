@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "data/work_files.h"
 #include "support/csv.h"
 #include "support/whole_run.h"
 
@@ -97,11 +98,12 @@ TEST_P(Reference, MeasuresStepsAndFitAgree) {
   ASSERT_EQ(items.size(), static_cast<std::size_t>(whole.run.settings.NI));
   ASSERT_EQ(persons.size(), static_cast<std::size_t>(whole.run.NPERS));
   Compare(items, "item", "difficulty", [&](int i) {
-    return Entry{a.ItemMeasure[i], a.ItemError[i], a.ItemInfit[i], a.ItemOutfit[i],
-                 a.ItemStatus[i]};
+    return Entry{a.ItemMeasure[i], static_cast<float>(a.ItemError[i]), a.ItemInfit[i],
+                 a.ItemOutfit[i], a.ItemStatus[i]};
   });
   Compare(persons, "person", "measure", [&](int n) {
-    return Entry{a.PersonMeasure[n], a.PersonError[n], a.PersonInfit[n], a.PersonOutfit[n],
+    const double error = ReadPersonWork(whole.run, n).error;
+    return Entry{a.PersonMeasure[n], static_cast<float>(error), a.PersonInfit[n], a.PersonOutfit[n],
                  a.PersonStatus[n]};
   });
   const std::string steps = ReferenceFile(c.name, "steps");

@@ -191,19 +191,20 @@ TEST(Anchors, DisplacementsLeadToWhereTheDataAre) {
           "CODES=012\nUMEAN=10\nUSCALE=-2\nTFILE=*\n14.1\n*\nIAFILE=*\n2 8\n5 11.6\n*");
   const JointEstimate expected(
       data, {.codes = "012", .scores = {0, 1, 2}, .anchors = {{1, 1.0}, {4, -.8}}});
-  const RunArrays& a = whole.run.arrays;
   for (int i = 1; i <= 7; ++i) {
     SCOPED_TRACE(i);
     const auto item = static_cast<std::size_t>(i) - 1;
-    EXPECT_NEAR(a.ItemMeasure[i], kOrigin + kUnit * expected.items[item], 2 * kSame);
+    const EntryValues found = ReadEntryValues(whole.run, Facet::Items, i);
+    EXPECT_NEAR(found.measure, kOrigin + kUnit * expected.items[item], 2 * kSame);
     const double added = kUnit * (expected.FindItem(item) - expected.items[item]);
-    EXPECT_NEAR(a.ItemDisplacement[i], added, 2 * kSame + kBend * std::fabs(added));
+    EXPECT_NEAR(found.displacement, added, 2 * kSame + kBend * std::fabs(added));
     EXPECT_EQ(std::fabs(added) > .5, i == 2 || i == 5) << "the anchors are to be far off";
   }
   for (int n = 1; n <= 150; ++n) {
     const auto person = static_cast<std::size_t>(n) - 1;
     const double near = expected.isExtreme[person] ? 8 * kSame : 2 * kSame;
-    EXPECT_NEAR(a.PersonMeasure[n], kOrigin + kUnit * expected.persons[person], near);
+    EXPECT_NEAR(MeasureOf(whole.run, Facet::Persons, n), kOrigin + kUnit * expected.persons[person],
+                near);
   }
   EXPECT_NE(whole.directory.Read("report.txt").find("|DISPLACE|"), std::string::npos);
 }

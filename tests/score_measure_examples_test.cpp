@@ -62,7 +62,8 @@ class ExampleScores : public testing::TestWithParam<Case> {
     words.insert(words.end(), GetParam().words.begin(), GetParam().words.end());
     ASSERT_EQ(whole.Execute(words), kExitGood) << whole.directory.Read("report.txt");
     const bool weighted = GetParam().words.size() > 1 && GetParam().words.back()[0] == 'I';
-    ASSERT_TRUE(whole.run.personWeights == weighted && whole.run.itemWeights == weighted);
+    ASSERT_TRUE(whole.run.given.HasPersonWeights() == weighted &&
+                whole.run.given.HasItemWeights() == weighted);
   }
   // A curve that rises has the score within the limit of `found`, logits up the curve: what
   // bisection would find.
@@ -87,15 +88,16 @@ TEST_P(ExampleScores, OfPersonsEqualBisection) {
     const float start = 40 * static_cast<float>(half % 3 - 1);
     const ScoreMeasure found = MeasureForPersonScore(
         run, run.settings.UMEAN + start * run.settings.USCALE, score, curve.Maximum());
-    const double b = LogitsOf(run, found.measure, run.PersonBias);
+    const double b = LogitsOf(run, found.measure, run.results.PersonBias);
     EXPECT_TRUE(IsNear(curve, b, score))
         << found.measure << " for score " << score << " of " << curve.Maximum();
     // The information is the slope of the curve.
     const double slope = (curve.At(b + 0.01, score) - curve.At(b - 0.01, score)) / 0.02;
     EXPECT_NEAR(found.information / slope, 1, 0.03);
-    EXPECT_NEAR(found.error,
-                std::fabs(run.PersonBias * run.settings.USCALE) / std::sqrt(found.information),
-                1e-5 * found.error);
+    EXPECT_NEAR(
+        found.error,
+        std::fabs(run.results.PersonBias * run.settings.USCALE) / std::sqrt(found.information),
+        1e-5 * found.error);
   }
 }
 
@@ -117,7 +119,7 @@ TEST_P(ExampleScores, OfItemsEqualBisection) {
       const float away = 20 * static_cast<float>(turn % 3) - 20;
       const float start = run.arrays.ItemMeasure[item] + away * run.settings.USCALE;
       const ScoreMeasure found = MeasureForItemScore(run, group, start, score, maximum);
-      EXPECT_TRUE(IsNear(curve, -LogitsOf(run, found.measure, run.ItemBias), score))
+      EXPECT_TRUE(IsNear(curve, -LogitsOf(run, found.measure, run.results.ItemBias), score))
           << found.measure << " for score " << score << " of " << maximum << ", item " << item;
     }
   }

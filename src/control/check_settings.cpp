@@ -47,7 +47,7 @@ void LimitLines(ControlSettings& settings) {
 }
 
 void NormaliseFlags(Run& run) {
-  ControlSettings& settings = run.settings;
+  ControlSettings& settings = run.DraftSettings();
   for (const KeywordRow& row : KeywordTable()) {
     if (row.kind != KeywordKind::Flag) continue;
     char& flag = settings.*std::get<char ControlSettings::*>(row.target);
@@ -82,7 +82,7 @@ void CompleteWords(ControlSettings& settings) {
 
 // Steps that let one setting follow from others.
 void DeriveStates(Run& run) {
-  ControlSettings& settings = run.settings;
+  ControlSettings& settings = run.DraftSettings();
   if (settings.CUTLO != 0 || settings.CUTHI != 0 || settings.PAIRED == 'Y') settings.PTBIS = 'N';
   if (!Trim(settings.TABLES).empty()) settings.TABLES = YesNoString(settings.TABLES, kTables);
   if (settings.RESFROM != 'N') settings.RESCORE = PerItem::Text;
@@ -94,7 +94,8 @@ void DeriveStates(Run& run) {
     settings.MODELS = PerItem::Text;
     settings.MODEL_LETTER = ' ';
   }
-  settings.NKEY = std::max(settings.NKEY, settings.KEYFROM);
+  // MAKEKEY= needs room for the key that it makes.
+  settings.NKEY = std::max({settings.NKEY, settings.KEYFROM, settings.MAKEKEY == 'Y' ? 1 : 0});
   settings.MISSING = std::min(settings.MISSING, kMissing);
   if (settings.MISSING != kMissing && settings.MISSING != 0) {
     WriteConsole(run, "Warning:  Unusual score assigned to missing data. MISSING= " +
@@ -103,7 +104,7 @@ void DeriveStates(Run& run) {
 }
 
 void CheckCodeCount(Run& run) {
-  ControlSettings& settings = run.settings;
+  ControlSettings& settings = run.DraftSettings();
   const std::string length = IntegerText(settings.CODES_LENGTH);
   if (settings.CODES_LENGTH > kMaxCodesLength) {
     FailRun(run, " CODES= HAS LENGTH OF " + length + " WHICH IS LONGER THAN MAXIMUM OF " +
@@ -127,7 +128,7 @@ void CheckCodeCount(Run& run) {
 }
 
 void AdjustCodes(Run& run) {
-  ControlSettings& settings = run.settings;
+  ControlSettings& settings = run.DraftSettings();
   const auto length = static_cast<std::size_t>(settings.CODES_LENGTH);
   if (settings.RESCORE > PerItem::None && settings.NEWSCR.size() > length) {
     settings.NEWSCR.resize(length);
@@ -184,7 +185,7 @@ void CheckRecordLength(Run& run) {
 }  // namespace
 
 void NormaliseSettings(Run& run) {
-  ControlSettings& settings = run.settings;
+  ControlSettings& settings = run.DraftSettings();
   LimitLines(settings);
   if (Trim(settings.TITLE).empty()) {
     settings.TITLE = TrimRight(run.startUp.ControlFileName.substr(0, kTitleLength));
@@ -194,7 +195,7 @@ void NormaliseSettings(Run& run) {
 }
 
 void CheckSettings(Run& run) {
-  ControlSettings& settings = run.settings;
+  ControlSettings& settings = run.DraftSettings();
   PrepareLabelFile(run, settings.CFILE, "CFILE=", "Edit Category CFILE=");
   PrepareLabelFile(run, settings.CLFILE, "CLFILE=", "Edit Code Label CLFILE=");
   NormaliseSettings(run);

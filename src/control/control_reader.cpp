@@ -58,8 +58,8 @@ void SetKeyScores(ControlSettings& settings) {
 
 void ReadControlVariables(Run& run) {
   WriteConsole(run, " Reading Control Variables ..");
-  run.settings = ControlSettings();
-  run.settings.BATCH = run.batch ? 'Y' : 'N';
+  run.DraftSettings() = ControlSettings();
+  run.DraftSettings().BATCH = run.batch ? 'Y' : 'N';
   ReadControlPass(run, kFirstPass);
   CheckSettings(run);
 }
@@ -73,10 +73,10 @@ bool NeedsSecondPass(const ControlSettings& settings) {
 void ReadPerItemVariables(Run& run) {
   WriteConsole(run, " Reading KEYnn=, GROUPS= etc..");
   RewindControlFile(run);
-  ClearPerItemValues(run.settings);
+  ClearPerItemValues(run.DraftSettings());
   ReadControlPass(run, kSecondPass);
   ReadDataFormatLines(run);
-  SetKeyScores(run.settings);
+  SetKeyScores(run.DraftSettings());
 }
 
 }  // namespace vardento

@@ -224,7 +224,7 @@ int ReadFormattedRecord(TextReader& reader, const DataFormat& format, int xwide,
 }
 
 void CheckFormat(Run& run) {
-  ControlSettings& settings = run.settings;
+  ControlSettings& settings = run.DraftSettings();
   if (Trim(settings.FORMAT).empty()) return;
   settings.FORMAT = UpperCase(Trim(settings.FORMAT));
   DataFormat format;

@@ -29,14 +29,14 @@ int ReadThroughFormat(Run& run, std::string& record) {
 }
 
 void ReadGroupsRecord(Run& run) {
-  ControlSettings& settings = run.settings;
+  ControlSettings& settings = run.DraftSettings();
   ReadDataFormatLine(run, "GROUPS", settings.groupsText);
   const std::string_view text = Trim(settings.groupsText);
   settings.GROUPS = text.empty() ? PerItem::None : text == "0" ? PerItem::Single : PerItem::Text;
 }
 
 void ReadModelsRecord(Run& run) {
-  ControlSettings& settings = run.settings;
+  ControlSettings& settings = run.DraftSettings();
   ReadDataFormatLine(run, "MODELS", settings.modelsText);
   const bool single = TrimRight(settings.modelsText).size() <= 1;
   settings.MODELS = single ? PerItem::Single : PerItem::Text;
@@ -45,7 +45,7 @@ void ReadModelsRecord(Run& run) {
 }
 
 void ReadRescoreRecord(Run& run) {
-  ControlSettings& settings = run.settings;
+  ControlSettings& settings = run.DraftSettings();
   ReadDataFormatLine(run, "RESCOR", settings.rescoreText);
   const std::string_view text = Trim(settings.rescoreText);
   settings.RESCORE = text.empty() ? PerItem::None : text == "2" ? PerItem::Single : PerItem::Text;
@@ -54,8 +54,9 @@ void ReadRescoreRecord(Run& run) {
 void ReadKeyRecord(Run& run, int key) {
   const auto place = static_cast<std::size_t>(key) - 1;
   const std::string number = IntegerText(key);
-  ReadDataFormatLine(run, "KEY" + number, run.settings.keyStrings[place]);
-  run.settings.keyScores[place] = key;
+  ControlSettings& settings = run.DraftSettings();
+  ReadDataFormatLine(run, "KEY" + number, settings.keyStrings[place]);
+  settings.keyScores[place] = key;
   WriteConsole(run, " KEY" + number + " processed in data format");
 }
 

@@ -42,7 +42,8 @@ void EchoSettings(Run& run) {
   for (const IvalueRow& row : settings.ivalueTables) {
     Echo(run, "IVALUE" + std::string(1, row.tag) + "= " + row.codes);
   }
-  if (settings.IREFER == PerItem::Text) Echo(run, "IREFER = " + settings.ireferText);
+  const ScoringInForce& scoring = run.inForce.scoring;
+  if (scoring.IREFER == PerItem::Text) Echo(run, "IREFER = " + scoring.ireferText);
   if (settings.GROUPS == PerItem::Single) Echo(run, "GROUPS = 0");
   if (settings.GROUPS == PerItem::Text) Echo(run, "GROUPS = " + settings.groupsText);
   EchoDeletions(run, " IDFILE=*", run.arrays.ItemStatus);

@@ -26,7 +26,7 @@ std::string SortedLetters(std::string_view text) {
 }
 
 void GroupByLetters(Run& run, Array1<std::int32_t> itemGroup) {
-  std::string& text = run.settings.groupsText;
+  std::string& text = run.DraftSettings().groupsText;
   text.resize(static_cast<std::size_t>(run.settings.NI), ' ');
   const std::string letters = SortedLetters(text);
   run.NGROUPS = static_cast<int>(letters.size());
@@ -67,7 +67,7 @@ void AssignItemModel(Run& run, int item, char letter, std::vector<int>& represen
 }  // namespace
 
 void AssignGroups(Run& run, Array1<std::int32_t> itemGroup) {
-  ControlSettings& settings = run.settings;
+  ControlSettings& settings = run.DraftSettings();
   const auto items = static_cast<std::size_t>(settings.NI);
   if (settings.GROUPS == PerItem::None) {
     std::fill(itemGroup.begin(), itemGroup.end(), 1);
@@ -99,7 +99,7 @@ void AssignModels(Run& run) {
 }
 
 void DefaultModels(Run& run) {
-  ControlSettings& settings = run.settings;
+  ControlSettings& settings = run.DraftSettings();
   if (settings.MODELS == PerItem::Text) {
     if (settings.GROUPS == PerItem::None) settings.GROUPS = PerItem::Single;
     return;

@@ -45,7 +45,7 @@ void StoreListLine(Run& run, const PerItemVariable& variable, const std::string&
     FailList(run, run.settings.*variable.fileName, kIoOk);
   }
   if (kind == ItemListLine::Blank) return;
-  std::string& text = run.settings.*variable.text;
+  std::string& text = run.DraftSettings().*variable.text;
   for (int item = entry.first; item <= entry.last; ++item) {
     text[static_cast<std::size_t>(item) - 1] = entry.value;
   }
@@ -54,8 +54,8 @@ void StoreListLine(Run& run, const PerItemVariable& variable, const std::string&
 // Reads the list into one character for each item. It needs no reduction from wider fields, as
 // texts of the Control File do.
 void ReadPerItemList(Run& run, const PerItemVariable& variable) {
-  std::string& name = run.settings.*variable.fileName;
-  std::string& text = run.settings.*variable.text;
+  std::string& name = run.DraftSettings().*variable.fileName;
+  std::string& text = run.DraftSettings().*variable.text;
   WriteConsole(run, " Processing " + std::string(variable.name) + "= from " + name);
   text.assign(static_cast<std::size_t>(run.settings.NI), ' ');
   if (name.empty()) return;  // a sub-list without lines
@@ -109,7 +109,7 @@ void ReadPerItemLists(Run& run) {
       {"IREFER", "IREFER", &Settings::IREFER, &Settings::IREFER_FILE, &Settings::ireferText},
       {"RESCORE", "RESCORE", &Settings::RESCORE, &Settings::RESCORE_FILE, &Settings::rescoreText},
   };
-  Settings& settings = run.settings;
+  Settings& settings = run.DraftSettings();
   for (const PerItemVariable& variable : kVariables) {
     if (settings.*variable.state != PerItem::List) continue;
     ReadPerItemList(run, variable);

@@ -76,7 +76,7 @@ void NormalisePerItemText(Run& run, std::string_view name, int state, std::strin
 }  // namespace
 
 void NormalisePerItemTexts(Run& run) {
-  ControlSettings& settings = run.settings;
+  ControlSettings& settings = run.DraftSettings();
   NormalisePerItemText(run, "MODELS", settings.MODELS, settings.modelsText);
   NormalisePerItemText(run, "GROUPS", settings.GROUPS, settings.groupsText);
   NormalisePerItemText(run, "RESCORE", settings.RESCORE, settings.rescoreText);
@@ -86,16 +86,19 @@ void NormalisePerItemTexts(Run& run) {
   }
 }
 
-void DecideRescoring(ControlSettings& settings) {
+ScoringInForce DecideRescoring(const ControlSettings& settings) {
+  ScoringInForce scoring{settings.NKEY,   settings.keyStrings, settings.keyScores,
+                         settings.IREFER, settings.ireferText, false};
   if (settings.NIVALUE == 0) {
-    settings.IREFER = PerItem::None;
+    scoring.IREFER = PerItem::None;
   } else if (settings.IREFER != PerItem::Text && settings.GROUPS == PerItem::Text) {
-    settings.ireferText = settings.groupsText;
+    scoring.ireferText = settings.groupsText;
     const bool complete = settings.groupsText.find(' ') == std::string::npos;
-    settings.IREFER = complete ? PerItem::Text : PerItem::None;
+    scoring.IREFER = complete ? PerItem::Text : PerItem::None;
   }
-  settings.rescoringActive =
-      settings.NKEY > 0 || settings.RESCORE > PerItem::None || settings.IREFER > PerItem::None;
+  scoring.rescoringActive =
+      scoring.NKEY > 0 || settings.RESCORE > PerItem::None || scoring.IREFER > PerItem::None;
+  return scoring;
 }
 
 }  // namespace vardento

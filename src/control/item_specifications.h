@@ -22,11 +22,12 @@ void AssignGroups(Run& run, Array1<std::int32_t> itemGroup);
 void AssignModels(Run& run);
 // MODELS= per item without GROUPS= groups each item by itself; checks a single model letter.
 void DefaultModels(Run& run);
-// Decides IREFER= and rescoringActive once all texts are known.
-void DecideRescoring(ControlSettings& settings);
+// The keys, IREFER= and rescoring that are in force once all texts are known.
+ScoringInForce DecideRescoring(const ControlSettings& settings);
 
 // The score, 0 to 254, or 255 for missing, of category number c (0: a code not in CODES=) on an
 // item.
-int ScoreResponse(const ControlSettings& settings, int categoryNumber, int item);
+int ScoreResponse(const ControlSettings& settings, const ScoringInForce& scoring,
+                  int categoryNumber, int item);
 
 }  // namespace vardento

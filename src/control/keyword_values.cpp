@@ -65,7 +65,7 @@ std::size_t PerItemWidth(const ControlSettings& settings) {
 
 }  // namespace
 
-ControlSettings& KeywordCall::Settings() const { return run.settings; }
+ControlSettings& KeywordCall::Settings() const { return run.DraftSettings(); }
 bool KeywordCall::IsBlank() const { return Trim(value).empty(); }
 
 void ApplyKeyword(KeywordCall& call) {
@@ -164,18 +164,10 @@ void StoreLocal(KeywordCall& call) {
   call.Settings().LOCAL = value == 'L' || value == 'l' || value == '2' ? 'L' : value;
 }
 
-void StoreOutfit(KeywordCall& call) {
-  call.Settings().OUTFIT = call.value.front();
-  call.Settings().iselectMark = false;
-  call.Settings().pselectMark = false;
-}
-
 void StoreMask(KeywordCall& call) {
   std::string mask = call.IsBlank() ? "*" : call.value + "*";
   mask.resize(mask.find('*') + 1);
   Target<std::string>(call) = CutText(mask, call.row.length);
-  const bool persons = &Target<std::string>(call) == &call.Settings().PSELECT;
-  (persons ? call.Settings().pselectMark : call.Settings().iselectMark) = false;
 }
 
 void StoreAbsolute(KeywordCall& call) {

@@ -36,7 +36,6 @@ void StoreIreferState(KeywordCall& call);
 void StoreModelsState(KeywordCall& call);
 void StoreRescoreState(KeywordCall& call);
 void StoreLocal(KeywordCall& call);
-void StoreOutfit(KeywordCall& call);
 void StoreMask(KeywordCall& call);
 
 // Treatments of numbers.

@@ -22,23 +22,23 @@ bool IsRescored(const ControlSettings& settings, int item) {
 
 // The score of the first key that the code fits; 0 when none does. Codes stand at the left of their
 // field, so a key's are taken in the same way.
-int ScoreByKeys(const ControlSettings& settings, std::string_view code, int item) {
+int ScoreByKeys(const ScoringInForce& scoring, int xwide, std::string_view code, int item) {
   code = Trim(code);
-  for (std::size_t key = 0; key < settings.keyScores.size(); ++key) {
-    if (settings.keyScores[key] < 0) continue;
-    if (Trim(FieldOf(settings.keyStrings[key], item, settings.XWIDE)) == code) {
-      return settings.keyScores[key];
+  for (std::size_t key = 0; key < scoring.keyScores.size(); ++key) {
+    if (scoring.keyScores[key] < 0) continue;
+    if (Trim(FieldOf(scoring.keyStrings[key], item, xwide)) == code) {
+      return scoring.keyScores[key];
     }
   }
   return 0;
 }
 
-std::string_view CodeByTable(const ControlSettings& settings, std::string_view code,
-                             int categoryNumber, int item) {
+std::string_view CodeByTable(const ControlSettings& settings, const ScoringInForce& scoring,
+                             std::string_view code, int categoryNumber, int item) {
   const auto place = static_cast<std::size_t>(item) - 1;
-  if (settings.IREFER != PerItem::Text || place >= settings.ireferText.size()) return code;
+  if (scoring.IREFER != PerItem::Text || place >= scoring.ireferText.size()) return code;
   for (const IvalueRow& row : settings.ivalueTables) {
-    if (row.tag == settings.ireferText[place]) {
+    if (row.tag == scoring.ireferText[place]) {
       return FieldOf(row.codes, categoryNumber, settings.XWIDE);
     }
   }
@@ -60,25 +60,27 @@ int ScoreOfCode(const ControlSettings& settings, std::string_view code) {
   return score;
 }
 
-int RawScore(const ControlSettings& settings, int categoryNumber, int item) {
+int RawScore(const ControlSettings& settings, const ScoringInForce& scoring, int categoryNumber,
+             int item) {
   std::string_view code = FieldOf(settings.CODES, categoryNumber, settings.XWIDE);
-  if (!settings.rescoringActive) return ScoreOfCode(settings, code);
+  if (!scoring.rescoringActive) return ScoreOfCode(settings, code);
   const bool excepted = settings.RESCORE == PerItem::Text && !IsRescored(settings, item);
-  if (settings.NKEY > 0) {
-    if (!excepted) return ScoreByKeys(settings, code, item);
+  if (scoring.NKEY > 0) {
+    if (!excepted) return ScoreByKeys(scoring, settings.XWIDE, code, item);
   } else if (settings.RESCORE == PerItem::Single ||
              (settings.RESCORE == PerItem::Text && !excepted)) {
     return ScoreOfCode(settings, FieldOf(settings.NEWSCR, categoryNumber, settings.XWIDE));
   }
-  return ScoreOfCode(settings, CodeByTable(settings, code, categoryNumber, item));
+  return ScoreOfCode(settings, CodeByTable(settings, scoring, code, categoryNumber, item));
 }
 
 }  // namespace
 
-int ScoreResponse(const ControlSettings& settings, int categoryNumber, int item) {
+int ScoreResponse(const ControlSettings& settings, const ScoringInForce& scoring,
+                  int categoryNumber, int item) {
   const int score = categoryNumber < 1 || categoryNumber > settings.CATEGS
                         ? settings.MISSING
-                        : RawScore(settings, categoryNumber, item);
+                        : RawScore(settings, scoring, categoryNumber, item);
   return score < 0 || score > kMissingScore ? kMissingScore : score;
 }
 

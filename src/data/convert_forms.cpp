@@ -364,7 +364,7 @@ void ConvertForms(Run& run) {
   CloseDescription(run, instructions, writer, "#");
   if (instructions.DataName().empty()) FailRun(run, "MFORMS= \"DATA=\" MISSING");
   writer.Close();
-  run.settings.DATA = writer.Name();
+  run.inForce.DATA = writer.Name();
 }
 
 }  // namespace vardento

@@ -9,7 +9,6 @@
 #include "control/item_specifications.h"
 #include "data/code_lookup.h"
 #include "data/data_reader.h"
-#include "data/person_trial.h"
 #include "data/work_files.h"
 #include "lists/list_file.h"
 #include "lists/list_line.h"
@@ -87,7 +86,7 @@ void ApplyEdit(Run& run, const ResponseEdit& edit, std::vector<std::uint8_t>& ro
 // Counts each code of each item that is read: counts[item x CATEGS + code], both from 0.
 void CountCodes(Run& run, float* counts) {
   const auto codes = static_cast<std::size_t>(run.settings.CATEGS);
-  const Array1<StatusByte> status = PersonTrial(run);
+  const Array1<StatusByte> status = run.given.PersonStatus;
   std::vector<std::uint8_t> row(static_cast<std::size_t>(run.settings.NI));
   for (int n = 1; n <= run.NPERS; ++n) {
     if (n % kPersonsPerPump == 0) PumpMessages(run);
@@ -95,7 +94,7 @@ void CountCodes(Run& run, float* counts) {
     ReadCodedRow(run, n, row.data());
     for (int i = 1; i <= run.settings.NI; ++i) {
       const auto item = static_cast<std::size_t>(i - 1);
-      if (row[item] > 0 && IsRead(run.arrays.ItemStatus[i])) {
+      if (row[item] > 0 && IsRead(run.given.ItemStatus[i])) {
         ++counts[item * codes + row[item] - 1];
       }
     }
@@ -109,7 +108,7 @@ std::string MostFrequentCodes(const Run& run, const float* counts) {
   for (int i = 1; i <= settings.NI; ++i, counts += settings.CATEGS) {
     const auto place = std::max_element(counts, counts + settings.CATEGS) - counts;
     const int code = static_cast<int>(place) + 1;
-    const bool isKeyed = IsRead(run.arrays.ItemStatus[i]);
+    const bool isKeyed = IsRead(run.given.ItemStatus[i]);
     key += PadRight(isKeyed ? CodeAt(settings, code) : std::string_view(), settings.XWIDE);
   }
   return key;
@@ -136,11 +135,12 @@ void ShowKey(Run& run, const std::string& key) {
 }
 
 // No key was made. Without one of the user's the room made for it must not score the responses.
-void LeaveKeys(ControlSettings& settings) {
-  const bool given = std::any_of(settings.keyScores.begin(), settings.keyScores.end(),
+void LeaveKeys(const ControlSettings& settings, ScoringInForce& scoring) {
+  const bool given = std::any_of(scoring.keyScores.begin(), scoring.keyScores.end(),
                                  [](int score) { return score >= 0; });
-  if (!given) settings.NKEY = 0;
-  DecideRescoring(settings);
+  if (given) return;
+  scoring.NKEY = 0;
+  scoring.rescoringActive = settings.RESCORE > PerItem::None || scoring.IREFER > PerItem::None;
 }
 
 void TellMissingMemory(Run& run, std::size_t bytes) {
@@ -152,7 +152,7 @@ void TellMissingMemory(Run& run, std::size_t bytes) {
 }  // namespace
 
 void EditData(Run& run) {
-  std::string& name = run.settings.EDFILE;
+  std::string name = run.settings.EDFILE;
   TextReader reader;
   OpenListFileOrEnd(run, reader, name,
                     "Edit data EDFILE =", " Processing EDFILE= data edit from: ");
@@ -173,23 +173,24 @@ void EditData(Run& run) {
 }
 
 void MakeKey(Run& run) {
-  ControlSettings& settings = run.settings;
-  if (settings.CATEGS <= 1) return LeaveKeys(settings);
+  const ControlSettings& settings = run.settings;
+  ScoringInForce& scoring = run.inForce.scoring;
+  if (settings.CATEGS <= 1) return LeaveKeys(settings, scoring);
   MemoryBlock& counts = run.stores.makeKeyCounts;
   counts.Free();
   const std::size_t bytes = static_cast<std::size_t>(settings.CATEGS) * sizeof(float) *
                             static_cast<std::size_t>(settings.NI);
   if (!counts.Allocate(run.memory, bytes)) {
     TellMissingMemory(run, bytes);
-    return LeaveKeys(settings);
+    return LeaveKeys(settings, scoring);
   }
   float* const counted = reinterpret_cast<float*>(counts.Data());
   CountCodes(run, counted);
-  settings.keyStrings = {MostFrequentCodes(run, counted)};
-  settings.keyScores = {1};
-  settings.NKEY = 1;
-  DecideRescoring(settings);
-  ShowKey(run, settings.keyStrings[0]);
+  scoring.keyStrings = {MostFrequentCodes(run, counted)};
+  scoring.keyScores = {1};
+  scoring.NKEY = 1;
+  scoring.rescoringActive = true;
+  ShowKey(run, scoring.keyStrings[0]);
 }
 
 }  // namespace vardento

@@ -1,13 +1,13 @@
 #include "data/data_reader.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "data/code_lookup.h"
 #include "data/data_edits.h"
 #include "data/delimited_record.h"
 #include "data/field_values.h"
 #include "data/item_labels.h"
-#include "data/person_trial.h"
 #include "data/record_reader.h"
 #include "data/score_tables.h"
 #include "data/select_items.h"
@@ -30,12 +30,10 @@ std::string PersonNumberLabel(int person) {
   return label + "P";
 }
 
-// The items that take part in the analysis, counted from 0.
-std::vector<int> ReadItems(const Run& run) {
-  std::vector<int> items;
-  for (int i = 1; i <= run.settings.NI; ++i) {
-    if (IsRead(run.arrays.ItemStatus[i])) items.push_back(i - 1);
-  }
+// All items, counted from 0. Deleted ones are read as well: a later estimation may take them in.
+std::vector<int> AllItems(const Run& run) {
+  std::vector<int> items(static_cast<std::size_t>(run.settings.NI));
+  std::iota(items.begin(), items.end(), 0);
   return items;
 }
 
@@ -44,14 +42,14 @@ class Intake {
  public:
   explicit Intake(Run& run)
       : run_(run),
-        status_(PersonTrial(run)),
+        status_(run.given.PersonStatus),
         reader_(run),
         fields_(run.settings),
         lookup_(run.settings),
-        items_(ReadItems(run)),
+        items_(AllItems(run)),
         row_(static_cast<std::size_t>(run.settings.NI), 0),
-        weights_(run, run.settings.PWEIGHT, "PWEIGHT", "ZPW"),
-        anchors_(run, run.settings.PAFILE, "PAFILE", "ZPA"),
+        weights_(run, run.inForce.PWEIGHT, "PWEIGHT", "ZPW"),
+        anchors_(run, run.inForce.PAFILE, "PAFILE", "ZPA"),
         selects_(!SameText(run.settings.PSELECT, "*")) {}
 
   void ReadRecords() {
@@ -90,10 +88,10 @@ class Intake {
     const int person = run_.NPERS;
     SelectPerson(person);
     StoreLabel(person);
+    const bool allKnown = lookup_.EncodeRow(fields_.Codes(), items_, row_.data());
     if (IsRead(status_[person])) {
       StoreFieldValue(weights_, person);
       StoreFieldValue(anchors_, person);
-      const bool allKnown = lookup_.EncodeRow(fields_.Codes(), items_, row_.data());
       if (!allKnown && !warned_) WarnOfCodes(person);
     }
     WriteCodedRow(run_, person, row_.data());
@@ -133,7 +131,7 @@ class Intake {
     const auto width = static_cast<std::size_t>(run_.settings.XWIDE);
     for (const int i : items_) {
       const auto item = static_cast<std::size_t>(i);
-      if (row_[item] != 0) continue;
+      if (row_[item] != 0 || !IsRead(run_.given.ItemStatus[i + 1])) continue;
       for (const char c : std::string_view(fields_.Codes() + item * width, width)) {
         const int code = static_cast<unsigned char>(c);
         if (code >= ' ' && code <= '~') continue;
@@ -155,7 +153,7 @@ class Intake {
   RecordFields fields_;
   CodeLookup lookup_;
   std::vector<int> items_;
-  std::vector<std::uint8_t> row_;  // a deleted item or person leaves it as it is
+  std::vector<std::uint8_t> row_;
   FieldValues weights_, anchors_;  // fields of the records that PWEIGHT= and PAFILE= name
   std::string numberLabel_;
   int dots_ = 0;  // on the console's last line
@@ -174,23 +172,6 @@ void TellRecordCount(Run& run) {
   if (run.report.IsOpen()) WriteReportText(run, text);
 }
 
-// A deleted person's row is written as well, with what the row before left in it.
-void ScorePersons(Run& run, const ScoreTable& scores) {
-  const Array1<StatusByte> status = PersonTrial(run);
-  const std::vector<int> items = ReadItems(run);
-  std::vector<std::uint8_t> coded(static_cast<std::size_t>(run.settings.NI));
-  std::uint8_t* scored = run.arrays.ScoredRow.Data();
-  for (int p = 1; p <= run.NPERS; ++p) {
-    if (p % kRecordsPerDot == 0) PumpMessages(run);
-    if (IsRead(status[p])) {
-      ReadCodedRow(run, p, coded.data());
-      scores.ScoreRow(coded.data(), items, scored);
-    }
-    WriteScoredRow(run, p, scored);
-  }
-  FlushPersonFiles(run);
-}
-
 void CheckCodeCount(Run& run) {
   if (run.settings.CATEGS <= kMaxCodes) return;
   FailRun(run, " CODES= HAS " + IntegerText(run.settings.CATEGS) +
@@ -199,14 +180,27 @@ void CheckCodeCount(Run& run) {
 
 }  // namespace
 
+void ScorePersons(Run& run) {
+  const ScoreTable scores(run.settings, run.inForce.scoring);
+  const std::vector<int> items = AllItems(run);
+  std::vector<std::uint8_t> coded(items.size());
+  std::uint8_t* scored = run.arrays.ScoredRow.Data();
+  for (int p = 1; p <= run.NPERS; ++p) {
+    if (p % kRecordsPerDot == 0) PumpMessages(run);
+    ReadCodedRow(run, p, coded.data());
+    scores.ScoreRow(coded.data(), items, scored);
+    WriteScoredRow(run, p, scored);
+  }
+  FlushPersonFiles(run);
+}
+
 void ReadData(Run& run) {
-  ControlSettings& settings = run.settings;
+  const ControlSettings& settings = run.settings;
   if (!TrimRight(settings.MFORMS).empty()) ConvertForms(run);
   CheckCodeCount(run);
-  ScoreTable scores(settings);
   // A key that is still to be made scores nothing: the scores are known when it is.
   const bool makesKey = settings.MAKEKEY == 'Y';
-  if (!makesKey) SizeCategories(run, scores);
+  if (!makesKey) SizeCategories(run);
   ReadItemLabels(run);
   if (NeedsItemSelection(run)) SelectItems(run);
   WriteConsole(run, " Input in process ..");
@@ -223,10 +217,9 @@ void ReadData(Run& run) {
   if (!TrimRight(settings.EDFILE).empty()) EditData(run);
   if (makesKey) {
     MakeKey(run);
-    scores = ScoreTable(settings);
-    SizeCategories(run, scores);
+    SizeCategories(run);
   }
-  ScorePersons(run, scores);
+  ScorePersons(run);
 }
 
 }  // namespace vardento

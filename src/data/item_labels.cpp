@@ -60,7 +60,7 @@ void CopyLabelsFromControl(Run& run) {
   }
   status = list.Close();
   if (status != kIoOk) FailLabels(run, " ITEM LABEL WORK FILE WRITE FAILURE", status, name, 'W');
-  run.settings.ILFILE = name;
+  run.inForce.ILFILE = name;
   if (count != run.settings.NI) {
     ReportMessage(run, "Oops!  Item labels = " + IntegerText(count) +
                            ", but NI=" + IntegerText(run.settings.NI));
@@ -82,7 +82,7 @@ bool ReadLabel(Run& run, TextReader& list, std::string& label) {
     const int status = list.ReadLine(label);
     if (status == kIoEndOfFile) return false;
     if (status != kIoOk) {
-      FailLabels(run, " ITEM LABEL FILE READ FAILURE", status, run.settings.ILFILE, 'R');
+      FailLabels(run, " ITEM LABEL FILE READ FAILURE", status, run.inForce.ILFILE, 'R');
     }
     BlankControlCharacters(label);
     label.resize(std::min(TrimRight(label).size(), static_cast<std::size_t>(kMaxLabel)));
@@ -113,7 +113,7 @@ void TellWrongCount(Run& run, int count) {
 
 int StoreItemLabels(Run& run) {
   const int NI = run.settings.NI;
-  const std::string& name = run.settings.ILFILE;
+  const std::string& name = run.inForce.ILFILE;
   TextReader list;
   int status = list.Open(name);
   if (status != kIoOk) FailLabels(run, " ITEM LABEL FILE OPEN FAILURE", status, name, 'I');
@@ -141,19 +141,19 @@ int StoreItemLabels(Run& run) {
 }
 
 void ReadItemLabels(Run& run) {
-  ControlSettings& settings = run.settings;
-  const bool numbersOnly = settings.INUMB == 'Y';
-  if (!TrimRight(settings.ILFILE).empty()) {
+  const bool numbersOnly = run.settings.INUMB == 'Y';
+  if (!TrimRight(run.inForce.ILFILE).empty()) {
     SkipLabelsInControl(run);
   } else if (!numbersOnly) {
     CopyLabelsFromControl(run);
   }
   if (numbersOnly) {
-    settings.ITLEN = kNumberLabelLength;
+    run.inForce.ITLEN = kNumberLabelLength;
     return;
   }
   const int longest = StoreItemLabels(run);
-  settings.ITLEN = settings.ITLEN < 1 ? longest : std::min(settings.ITLEN, longest);
+  int& length = run.inForce.ITLEN;
+  length = length < 1 ? longest : std::min(length, longest);
 }
 
 }  // namespace vardento

@@ -93,17 +93,17 @@ RecordReader::RecordReader(Run& run) : run_(run), hasFormat_(!IsBlank(run.settin
         ParseDataFormat(run.settings.FORMAT, run.settings.XWIDE, format_);
     if (!problem.empty()) FailRun(run, problem);
   }
-  if (IsBlank(run.settings.DATA)) {
+  if (IsBlank(run.inForce.DATA)) {
     reader_ = &run.input.control;
     name_ = run.startUp.ControlFileName;
     if (hasFormat_) ShowBeforeFormat();
   } else {
     run.input.control.Close();
     // The records that MFORMS= wrote stand in one file, whatever its directory is called.
-    if (run.workDirectory.IsWorkFile(run.settings.DATA)) {
-      names_ = {run.settings.DATA};
+    if (run.workDirectory.IsWorkFile(run.inForce.DATA)) {
+      names_ = {run.inForce.DATA};
     } else {
-      names_ = SplitNames(run.settings.DATA);
+      names_ = SplitNames(run.inForce.DATA);
     }
   }
 }

@@ -13,7 +13,7 @@ namespace vardento {
 // column, so that it stays small unless the scoring differs from item to item.
 class ScoreTable {
  public:
-  explicit ScoreTable(const ControlSettings& settings);
+  ScoreTable(const ControlSettings& settings, const ScoringInForce& scoring);
 
   // The CATEGS + 1 scores of the item, by category number; 255 is missing.
   const std::uint8_t* Column(int item) const {
@@ -36,9 +36,9 @@ class ScoreTable {
   std::vector<std::size_t> columnStart_;  // by item, from 0
 };
 
-// Sets GroupTop of every group from the scores of its items' codes and of MISSING=, then GroupStart
-// (the position of category 0), NCATS and MAXCAT. A group has at least two positions. Ends the run
-// when no response can score 1 or above.
-void SizeCategories(Run& run, const ScoreTable& scores);
+// Sets the given GroupTop of every group from the scores of its items' codes and of MISSING=, then
+// GroupStart (the position of category 0), NCATS and MAXCAT. A group has at least two positions.
+// Ends the run when no response can score 1 or above.
+void SizeCategories(Run& run);
 
 }  // namespace vardento

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "platform/io_status.h"
+#include "run/allocate_blocks.h"
 #include "run/messages.h"
 #include "text/number_text.h"
 
@@ -11,7 +12,7 @@ namespace vardento {
 
 namespace {
 
-constexpr std::size_t kWorkRecordSize = sizeof(PersonWorkRecord);
+constexpr std::size_t kPersonRecord = WorkStores::kPersonRecord;
 constexpr std::size_t kMatrixSpare = 32;
 
 constexpr std::string_view kNameFile = "PERSON NAME FILE";
@@ -59,7 +60,41 @@ std::uint8_t* MatrixRow(const Run& run, int person) {
 }
 
 unsigned char* StoredWork(const Run& run, int person) {
-  return run.stores.workStore.Data() + static_cast<std::size_t>(person - 1) * kWorkRecordSize;
+  return run.stores.workStore.Data() + static_cast<std::size_t>(person - 1) * kPersonRecord;
+}
+
+void WriteWorkFile(Run& run, int person, const unsigned char* record) {
+  const int status = run.stores.personWork.Write(person, record);
+  CheckRecord(run, status, " PERSON WORK FILE WRITE FAILURE AT PERSON RECORD =", person, kWorkFile,
+              'W');
+}
+
+void WriteRecord(Run& run, int person, const void* record, std::size_t size) {
+  if (run.stores.workStore) {
+    std::memcpy(StoredWork(run, person), record, size);
+    return;
+  }
+  unsigned char bytes[kPersonRecord] = {};
+  std::memcpy(bytes, record, size);
+  WriteWorkFile(run, person, bytes);
+}
+
+void ReadRecord(Run& run, int person, void* record, std::size_t size) {
+  if (run.stores.workStore) {
+    std::memcpy(record, StoredWork(run, person), size);
+    return;
+  }
+  unsigned char bytes[kPersonRecord];
+  const int status = run.stores.personWork.Read(person, bytes);
+  CheckRecord(run, status, " PERSON WORK FILE READ FAILURE AT PERSON RECORD =", person, kWorkFile,
+              'R');
+  std::memcpy(record, bytes, size);
+}
+
+void GiveBackWorkStore(Run& run) {
+  if (!run.stores.workStore) return;
+  for (int p = 1; p <= run.NPERS; ++p) WriteWorkFile(run, p, StoredWork(run, p));
+  run.stores.workStore.Free();
 }
 
 }  // namespace
@@ -72,7 +107,7 @@ void OpenWorkFiles(Run& run) {
   if (settings.NAMLEN >= 1) {
     OpenPersonFile(run, stores.personNames, "ZPP", settings.NAMLEN, " PERSON NAME RECORD: ZPP");
   }
-  OpenPersonFile(run, stores.personWork, "ZQQ", static_cast<int>(kWorkRecordSize),
+  OpenPersonFile(run, stores.personWork, "ZQQ", static_cast<int>(kPersonRecord),
                  " PERSON WORK RECORD: ZQQ");
 }
 
@@ -80,11 +115,22 @@ void AllocateStores(Run& run) {
   const auto persons = static_cast<std::size_t>(run.NPERS);
   const auto items = static_cast<std::size_t>(run.settings.NI);
   run.stores.responseMatrix.Free();
-  if (!run.stores.workStore.Allocate(run.memory, persons * kWorkRecordSize)) {
-    // The file begins as the store would: with zeros for every person.
-    for (int p = 1; p <= run.NPERS; ++p) WritePersonWork(run, p, PersonWorkRecord());
-  }
+  run.stores.workStore.Allocate(run.memory, persons * kPersonRecord);
   run.stores.responseMatrix.Allocate(run.memory, persons * items + kMatrixSpare);
+}
+
+bool TryTakeBlock(Run& run, const BlockPlan& plan, MemoryBlock& block) {
+  if (plan.Allocate(run.memory, block)) return true;
+  // The scored rows are in their file already.
+  run.stores.responseMatrix.Free();
+  if (plan.Allocate(run.memory, block)) return true;
+  GiveBackWorkStore(run);
+  return plan.Allocate(run.memory, block);
+}
+
+void TakeBlock(Run& run, const BlockPlan& plan, MemoryBlock& block, int count,
+               std::string_view word) {
+  if (!TryTakeBlock(run, plan, block)) FailForMemory(run, plan.Bytes(), count, word);
 }
 
 void FlushPersonFiles(Run& run) {
@@ -147,25 +193,23 @@ const std::uint8_t* FillScoredRow(Run& run, int person) {
   return row;
 }
 
+void WritePersonScores(Run& run, int person, const PersonScores& record) {
+  WriteRecord(run, person, &record, sizeof record);
+}
+
+PersonScores ReadPersonScores(Run& run, int person) {
+  PersonScores record;
+  ReadRecord(run, person, &record, sizeof record);
+  return record;
+}
+
 void WritePersonWork(Run& run, int person, const PersonWorkRecord& record) {
-  if (run.stores.workStore) {
-    std::memcpy(StoredWork(run, person), &record, kWorkRecordSize);
-    return;
-  }
-  const int status = run.stores.personWork.Write(person, &record);
-  CheckRecord(run, status, " PERSON WORK FILE WRITE FAILURE AT PERSON RECORD =", person, kWorkFile,
-              'W');
+  WriteRecord(run, person, &record, sizeof record);
 }
 
 PersonWorkRecord ReadPersonWork(Run& run, int person) {
   PersonWorkRecord record;
-  if (run.stores.workStore) {
-    std::memcpy(&record, StoredWork(run, person), kWorkRecordSize);
-    return record;
-  }
-  const int status = run.stores.personWork.Read(person, &record);
-  CheckRecord(run, status, " PERSON WORK FILE READ FAILURE AT PERSON RECORD =", person, kWorkFile,
-              'R');
+  ReadRecord(run, person, &record, sizeof record);
   return record;
 }
 

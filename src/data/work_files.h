@@ -12,6 +12,13 @@ namespace vardento {
 
 void OpenWorkFiles(Run& run);   // ZMM, ZNN, ZPP, ZQQ; needs NI and NAMLEN
 void AllocateStores(Run& run);  // the two optional stores; neither is missed when refused
+// Takes a block that the run can't do without: when it is refused, the stores in memory are given
+// back for it, and what they held is read from the files from then on. Ends the run with the memory
+// message when that doesn't help.
+void TakeBlock(Run& run, const BlockPlan& plan, MemoryBlock& block, int count,
+               std::string_view word);
+// The same without the end: false when memory is refused for good.
+bool TryTakeBlock(Run& run, const BlockPlan& plan, MemoryBlock& block);
 
 // Writes what the person files still hold back, so that a disk that is full by then is told as a
 // failed write, not by the next reading.
@@ -30,6 +37,9 @@ const std::uint8_t* ReadScoredRow(Run& run, int person);
 // Reads the row from the file and copies it into the matrix if present: the first pass of
 // estimation.
 const std::uint8_t* FillScoredRow(Run& run, int person);
+// One record of a person: the scores until the fit pass, which puts its own record in their place.
+void WritePersonScores(Run& run, int person, const PersonScores& record);
+PersonScores ReadPersonScores(Run& run, int person);
 void WritePersonWork(Run& run, int person, const PersonWorkRecord& record);
 PersonWorkRecord ReadPersonWork(Run& run, int person);
 // The label of item i as stored, without trailing blanks; its number when none is stored.

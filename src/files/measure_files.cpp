@@ -93,14 +93,14 @@ class MeasureFile {
 
   // The label as the row shows it: cut to its length in use, at least one character.
   std::string NameOf(int entry) {
-    const int length = persons_ ? settings_.NAMLEN : settings_.ITLEN;
+    const int length = persons_ ? settings_.NAMLEN : run_.inForce.ITLEN;
     std::string name(TrimRight(PadRight(LabelOfEntry(run_, facet_, entry), length)));
     if (name.empty()) name = " ";
     return name;
   }
 
   std::string FixedRow(int entry) {
-    const EntryValues values = ReadEntryValues(run_, facet_, entry);
+    const EntryValues values = ReadShownValues(run_, facet_, entry);
     std::string row(1, Flag(values));
     row.append(NumericFields(entry, values, "")).append(" ");
     if (!persons_) {
@@ -110,7 +110,7 @@ class MeasureFile {
   }
 
   std::string SeparatedRow(int entry) {
-    const EntryValues values = ReadEntryValues(run_, facet_, entry);
+    const EntryValues values = ReadShownValues(run_, facet_, entry);
     std::string row{'"', Flag(values), '"', ','};
     row.append(NumericFields(entry, values, ","));
     if (!persons_) {

@@ -9,6 +9,7 @@
 #include "measure/entry_values.h"
 #include "run/messages.h"
 #include "run/status.h"
+#include "run/user_scale.h"
 #include "text/number_text.h"
 
 namespace vardento {
@@ -127,7 +128,7 @@ class StepFile {
 class ItemStepFile {
  public:
   explicit ItemStepFile(Run& run)
-      : run_(run), arrays_(run.arrays), settings_(run.settings), file_(run) {
+      : run_(run), arrays_(run.arrays), settings_(run.settings), scale_(run.settings), file_(run) {
     for (const int top : arrays_.GroupTop) largestTop_ = std::max(largestTop_, top);
   }
 
@@ -135,12 +136,12 @@ class ItemStepFile {
     const std::string& name = settings_.ISFILE;
     WriteConsole(run_, "Writing Item-Step file ...");
     AddEditEntry(run_, "Edit Item-Step ISFILE=", name);
-    const std::size_t bytes = sizeof(float) * static_cast<std::size_t>(run_.NCATS);
-    if (!block_.Allocate(run_.memory, bytes)) {
+    BlockPlan plan;
+    plan.Add(steps_, run_.NCATS);
+    if (!plan.Allocate(run_.memory, block_)) {
       file_.Refuse(name, ENOMEM);
       return;
     }
-    steps_ = BlockCutter(block_).Cut<float>(run_.NCATS);
     ComputeSteps();
     if (!file_.Open(name)) return;
     if (WriteHead() && WriteRows()) file_.Close();
@@ -201,14 +202,14 @@ class ItemStepFile {
     const int group = arrays_.ItemGroup[item];
     const int first = arrays_.GroupStart[group];
     const int top = dead ? 0 : std::max(arrays_.GroupTop[group], 0);
-    const float d = dead ? 0 : arrays_.ItemMeasure[item];
+    const float d = MeasureOf(run_, Facet::Items, item);
     row_.clear();
     if (file_.IsFixed()) row_ = dead && settings_.HLINES == 'Y' ? ";" : " ";
     Put(integer_field(item, 5));
     Put(integer_field(arrays_.ItemStatus[item], 5));
     Put(integer_field(top, 5));
     Put(integer_field(dead ? 0 : arrays_.CategoryToCode[first], 5));
-    Put(FixedNumber(dead ? 0 : d + arrays_.CategoryMeasurePoint[first]));
+    Put(FixedNumber(dead ? 0 : d + scale_.Distance(arrays_.CategoryMeasurePoint[first])));
     for (int k = 1; k <= largestTop_; ++k) {
       if (k <= top) {
         PutStep(d, first, k);
@@ -226,9 +227,9 @@ class ItemStepFile {
     Put(integer_field(k + arrays_.CategoryToCode[first], 5));
     Put(FixedNumber(d + steps_[position]));
     Put(FixedNumber(std::fabs(settings_.USCALE) / std::sqrt(information)));
-    Put(FixedNumber(d + arrays_.CategoryHalfPoint[position]));
-    Put(FixedNumber(d + arrays_.CategoryMeasurePoint[position]));
-    Put(FixedNumber(d + arrays_.CategoryThurstone[position]));
+    Put(FixedNumber(d + scale_.Distance(arrays_.CategoryHalfPoint[position])));
+    Put(FixedNumber(d + scale_.Distance(arrays_.CategoryMeasurePoint[position])));
+    Put(FixedNumber(d + scale_.Distance(arrays_.CategoryThurstone[position])));
   }
 
   void PutPadding() {
@@ -238,6 +239,7 @@ class ItemStepFile {
   Run& run_;
   const RunArrays& arrays_;
   const ControlSettings& settings_;
+  UserScale scale_;
   OutputFile file_;
   MemoryBlock block_;
   Array1<float> steps_;  // by category position

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "control/parse_number.h"
 #include "lists/entry_lists.h"
@@ -31,16 +32,16 @@ void PartFixedColumns(std::string& line) {
 
 class AnchorList {
  public:
-  AnchorList(Run& run, Array1<StatusByte> status, Array1<float> measures, EntryWords words,
+  AnchorList(Run& run, Array1<StatusByte> status, std::vector<Anchor>& anchors, EntryWords words,
              std::string caption)
       : run_(run),
         status_(status),
-        measures_(measures),
+        anchors_(anchors),
         words_(std::move(words)),
         caption_(std::move(caption)) {}
 
-  void Read(char askFlag, std::string& fileName) {
-    std::fill(measures_.begin(), measures_.end(), 0.0F);
+  void Read(char askFlag, std::string fileName) {
+    anchors_.clear();
     if (!TrimRight(fileName).empty()) ApplyFile(fileName);
     if (askFlag == 'N') return;
     AskForEntries(
@@ -60,7 +61,7 @@ class AnchorList {
       bool failed = false;
       PartFixedColumns(line);
       ParseListLine(line, first, value, failed, last);
-      if (first > 0 && !failed) Anchor(OrderRange(first, last, status_.Size()), value);
+      if (first > 0 && !failed) Fix(OrderRange(first, last, status_.Size()), value);
     }
   }
 
@@ -77,12 +78,12 @@ class AnchorList {
       float value = 0;
       bool failed = false;
       ParseListValue(Trim(answer), value, failed);
-      if (!failed) Anchor(OrderRange(first, last, status_.Size()), value);
+      if (!failed) Fix(OrderRange(first, last, status_.Size()), value);
     }
   }
 
   // An entry keeps its first anchor; one that was left out takes none.
-  void Anchor(const EntryRange& range, float value) {
+  void Fix(const EntryRange& range, float value) {
     const ControlSettings& settings = run_.settings;
     const float logits = settings.UANCHOR == 'Y' ? (value - settings.UMEAN) / settings.USCALE
                                                  : value / settings.UASCALE;
@@ -90,33 +91,33 @@ class AnchorList {
     for (int entry = range.first; entry <= range.last; ++entry) {
       if (status_[entry] != Status::Active) continue;
       status_[entry] = Status::Anchored;
-      measures_[entry] = logits;
+      anchors_.push_back({entry, logits});
     }
   }
 
   Run& run_;
   Array1<StatusByte> status_;
-  Array1<float> measures_;
+  std::vector<Anchor>& anchors_;
   EntryWords words_;
   std::string caption_;
 };
 
-void ReadAnchors(Run& run, Array1<StatusByte> status, Array1<float> measures, char askFlag,
-                 std::string& fileName, const EntryWords& words, const std::string& keyword) {
-  AnchorList(run, status, measures, words, "Edit " + words.label + " Anchor " + keyword + "=")
+void ReadAnchors(Run& run, Array1<StatusByte> status, std::vector<Anchor>& anchors, char askFlag,
+                 const std::string& fileName, const EntryWords& words, const std::string& keyword) {
+  AnchorList(run, status, anchors, words, "Edit " + words.label + " Anchor " + keyword + "=")
       .Read(askFlag, fileName);
 }
 
 }  // namespace
 
 void ReadItemAnchors(Run& run) {
-  ReadAnchors(run, run.arrays.ItemStatus, run.arrays.ItemMeasure, run.settings.ANCHOR_Q,
-              run.settings.IAFILE, ItemWords(run), "IAFILE");
+  ReadAnchors(run, run.given.ItemStatus, run.given.itemAnchors, run.settings.ANCHOR_Q,
+              run.inForce.IAFILE, ItemWords(run), "IAFILE");
 }
 
 void ReadPersonAnchors(Run& run) {
-  ReadAnchors(run, run.arrays.PersonStatus, run.arrays.PersonMeasure, run.settings.PANCHQ,
-              run.settings.PAFILE, PersonWords(run), "PAFILE");
+  ReadAnchors(run, run.given.PersonStatus, run.given.personAnchors, run.settings.PANCHQ,
+              run.inForce.PAFILE, PersonWords(run), "PAFILE");
 }
 
 }  // namespace vardento

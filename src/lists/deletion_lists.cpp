@@ -12,11 +12,11 @@ namespace {
 
 class DeletionList {
  public:
-  DeletionList(Run& run, Array1<StatusByte> status, std::string& fileName, EntryWords words,
+  DeletionList(Run& run, Array1<StatusByte> status, std::string fileName, EntryWords words,
                std::string caption)
       : run_(run),
         status_(status),
-        fileName_(fileName),
+        fileName_(std::move(fileName)),
         words_(std::move(words)),
         caption_(std::move(caption)) {}
 
@@ -99,13 +99,13 @@ class DeletionList {
 
   Run& run_;
   Array1<StatusByte> status_;
-  std::string& fileName_;
+  std::string fileName_;
   EntryWords words_;
   std::string caption_;
   bool marked_ = false;
 };
 
-void ReadDeletions(Run& run, Array1<StatusByte> status, char askFlag, std::string& fileName,
+void ReadDeletions(Run& run, Array1<StatusByte> status, char askFlag, const std::string& fileName,
                    const EntryWords& words, const std::string& keyword) {
   DeletionList(run, status, fileName, words, "Edit " + words.label + " Delete " + keyword + "=")
       .Read(askFlag);
@@ -114,7 +114,7 @@ void ReadDeletions(Run& run, Array1<StatusByte> status, char askFlag, std::strin
 // "ITEM DELETIONS: 3 7-9": the deleted items in runs of neighbours, on lines of about 70 columns.
 void ReportItemDeletions(Run& run) {
   constexpr std::size_t kLineEnd = 70;
-  const Array1<StatusByte>& status = run.arrays.ItemStatus;
+  const Array1<StatusByte>& status = run.given.ItemStatus;
   const int NI = run.settings.NI;
   std::string line = " " + ItemWords(run).label + " DELETIONS:";
   const std::size_t headLength = line.size();
@@ -135,13 +135,13 @@ void ReportItemDeletions(Run& run) {
 }  // namespace
 
 void ReadItemDeletions(Run& run) {
-  ReadDeletions(run, run.arrays.ItemStatus, run.settings.IDELQU, run.settings.IDFILE,
-                ItemWords(run), "IDFILE");
+  ReadDeletions(run, run.given.ItemStatus, run.settings.IDELQU, run.settings.IDFILE, ItemWords(run),
+                "IDFILE");
   ReportItemDeletions(run);
 }
 
 void ReadPersonDeletions(Run& run) {
-  ReadDeletions(run, run.arrays.PersonStatus, run.settings.PDELQU, run.settings.PDFILE,
+  ReadDeletions(run, run.given.PersonStatus, run.settings.PDELQU, run.settings.PDFILE,
                 PersonWords(run), "PDFILE");
 }
 

@@ -1,7 +1,7 @@
 // Lists that change single entries before estimation: deletions, anchors, weights, pivots, steps.
 // Each is a file or a sub-list of the Control File; deletions and anchors can be typed as well,
 // when the run is not in batch mode and the variable for it is on. A line that makes no sense is
-// passed over, except in PIVOT=.
+// passed over, except in PIVOT=. All of them fill run.given.
 #pragma once
 
 #include "run/run.h"
@@ -14,7 +14,7 @@ void ReadItemDeletions(Run& run);
 void ReadPersonDeletions(Run& run);
 
 // IAFILE=, PAFILE=: an active entry becomes Anchored at its value, taken from the user's scale
-// (UANCHOR=Y: UMEAN=, USCALE=; otherwise UASCALE=) to logits. All other measures become 0.
+// (UANCHOR=Y: UMEAN=, USCALE=; otherwise UASCALE=) to logits.
 void ReadItemAnchors(Run& run);
 void ReadPersonAnchors(Run& run);
 
@@ -26,7 +26,7 @@ void ReadStepList(Run& run);
 void ReadPivots(Run& run);
 
 // PWEIGHT=, IWEIGHT=: weights of 0 and more; needs the weight block. A list that changes no weight
-// is dropped, together with its variable and its array.
+// is dropped, together with its array.
 void ReadWeights(Run& run);
 
 }  // namespace vardento

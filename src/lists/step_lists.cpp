@@ -27,7 +27,7 @@ class StepList {
  public:
   StepList(Run& run, StepAction action) : run_(run), action_(action) {}
 
-  void Read(char askFlag, std::string& fileName) {
+  void Read(char askFlag, std::string fileName) {
     if (!TrimRight(fileName).empty()) ApplyFile(fileName);
     if (askFlag == 'N') return;
     AskForEntries(
@@ -84,13 +84,13 @@ class StepList {
   void Apply(const StepLine& line) {
     for (int i = line.items.first; i <= line.items.last; ++i) {
       const int group = run_.arrays.ItemGroup[i];
-      if (line.category < 0 || line.category > run_.arrays.GroupTop[group]) continue;
+      if (line.category < 0 || line.category > run_.given.GroupTop[group]) continue;
       SetStep(run_.arrays.GroupStart[group] + line.category, line);
     }
   }
 
   void SetStep(int position, const StepLine& line) {
-    std::int32_t& status = run_.arrays.StepStatus[position];
+    std::int32_t& status = run_.given.StepStatus[position];
     if (status == StepStatus::Deleted) return;
     if (!Anchors()) {
       status = StepStatus::Deleted;
@@ -101,7 +101,7 @@ class StepList {
     const float step = line.value / std::fabs(scale);
     const bool failed = line.failed || !std::isfinite(step);
     status = failed ? StepStatus::Kept : StepStatus::Anchored;
-    run_.arrays.StepCalibration[position] = failed ? 0.0F : step;
+    run_.given.StepCalibration[position] = failed ? 0.0F : step;
   }
 
   Run& run_;

@@ -25,14 +25,14 @@ void ApplyPivotLine(Run& run, std::string& line) {
   const EntryRange items = OrderRange(first, last, run.settings.NI);
   for (int i = items.first; i <= items.last; ++i) {
     const int group = run.arrays.ItemGroup[i];
-    if (run.arrays.GroupPivotFlag[group] == 'Y') continue;
-    run.arrays.GroupPivot[group] = pivot;
-    run.arrays.GroupPivotFlag[group] = 'Y';
+    if (run.given.GroupPivotFlag[group] == 'Y') continue;
+    run.given.GroupPivot[group] = pivot;
+    run.given.GroupPivotFlag[group] = 'Y';
   }
 }
 
 // True when the list changes any weight.
-bool ReadWeightList(Run& run, Array1<float> weights, std::string& fileName, const EntryWords& words,
+bool ReadWeightList(Run& run, Array1<float> weights, std::string fileName, const EntryWords& words,
                     std::string_view keyword) {
   std::fill(weights.begin(), weights.end(), 1.0F);
   TextReader reader;
@@ -57,8 +57,8 @@ bool ReadWeightList(Run& run, Array1<float> weights, std::string& fileName, cons
 }  // namespace
 
 void ReadPivots(Run& run) {
-  std::fill(run.arrays.GroupPivotFlag.begin(), run.arrays.GroupPivotFlag.end(), 'N');
-  std::string& name = run.settings.PIVOT;
+  std::fill(run.given.GroupPivotFlag.begin(), run.given.GroupPivotFlag.end(), 'N');
+  std::string name = run.settings.PIVOT;
   if (TrimRight(name).empty()) return;
   TextReader reader;
   OpenListFileOrEnd(run, reader, name, "Edit pivot file PIVOT =", " Processing Pivots from: ");
@@ -67,18 +67,14 @@ void ReadPivots(Run& run) {
 }
 
 void ReadWeights(Run& run) {
-  ControlSettings& settings = run.settings;
-  if (run.personWeights && !ReadWeightList(run, run.arrays.PersonWeight, settings.PWEIGHT,
-                                           PersonWords(run), "PWEIGHT")) {
-    settings.PWEIGHT.clear();
-    run.personWeights = false;
-    run.arrays.PersonWeight = {};
+  GivenEntries& given = run.given;
+  if (given.HasPersonWeights() &&
+      !ReadWeightList(run, given.PersonWeight, run.inForce.PWEIGHT, PersonWords(run), "PWEIGHT")) {
+    given.PersonWeight = {};
   }
-  if (run.itemWeights &&
-      !ReadWeightList(run, run.arrays.ItemWeight, settings.IWEIGHT, ItemWords(run), "IWEIGHT")) {
-    settings.IWEIGHT.clear();
-    run.itemWeights = false;
-    run.arrays.ItemWeight = run.arrays.GroupMaxWeight = {};
+  if (given.HasItemWeights() &&
+      !ReadWeightList(run, given.ItemWeight, run.inForce.IWEIGHT, ItemWords(run), "IWEIGHT")) {
+    given.ItemWeight = {};
   }
 }
 

@@ -1,4 +1,4 @@
-// The landmarks of every category on the user's scale, relative to the item.
+// The landmarks of every category, as distances from the item.
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -89,40 +89,25 @@ void ComputeGroupPoints(Run& run, int g, double high, double low, double* p) {
   RunArrays& arrays = run.arrays;
   const GroupModelTables group = TablesOfGroup(arrays, g);
   const int start = arrays.GroupStart[g];
-  const double scale = std::fabs(run.settings.USCALE);
   double d = 0;
   for (int k = group.top; k >= 1; --k) {
     d = FindThurstone(group, k, d, p);
-    arrays.CategoryThurstone[start + k] = static_cast<float>(scale * d);
+    arrays.CategoryThurstone[start + k] = d;
   }
   ScoreToDifference solver(group, p);
   for (int k = group.top; k >= 0; --k) {
     double wanted = low;
     if (k > 0) {
-      arrays.CategoryHalfPoint[start + k] = static_cast<float>(scale * solver.Solve(k - 0.5));
+      arrays.CategoryHalfPoint[start + k] = solver.Solve(k - 0.5);
       wanted = k < group.top ? k : group.top - high;
     }
-    arrays.CategoryMeasurePoint[start + k] = static_cast<float>(scale * solver.Solve(wanted));
+    arrays.CategoryMeasurePoint[start + k] = solver.Solve(wanted);
   }
 }
 
 double HoldAdjustment(double adjustment) { return std::clamp(adjustment, 0.001, 0.5); }
 
 }  // namespace
-
-SeparationValues Separation(double seSD, double seMean, double measureSD) {
-  SeparationValues values;
-  const double errors = seSD * seSD + seMean * seMean;
-  const double observed = measureSD * measureSD;
-  const double adjusted = observed - errors;
-  values.RMSE = std::sqrt(std::max(errors, 0.0));
-  if (adjusted > 0 && observed > 0 && values.RMSE > 0) {
-    values.Reliability = adjusted / observed;
-    values.AdjustedSD = std::sqrt(adjusted);
-    values.SeparationIndex = values.AdjustedSD / values.RMSE;
-  }
-  return values;
-}
 
 void ComputeCategoryPoints(Run& run, float highAdjustment, float lowAdjustment) {
   std::vector<double> p(static_cast<std::size_t>(run.MAXCAT) + 2, 0.0);

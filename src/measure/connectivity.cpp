@@ -2,14 +2,11 @@
 
 #include <algorithm>
 #include <numeric>
-#include <string>
 #include <utility>
 
 #include "data/work_files.h"
-#include "measure/entry_values.h"
 #include "measure/estimation.h"
 #include "run/messages.h"
-#include "text/number_text.h"
 
 namespace vardento {
 
@@ -18,8 +15,6 @@ namespace {
 constexpr int kOutside = -1;               // of persons who take no part
 constexpr long long kStepsToPump = 65536;  // between two looks for messages
 constexpr int kStepsOfRow = 256;           // what reading a row counts for
-constexpr std::size_t kHeadTextLength = 80;
-constexpr char kWarning[] = " WARNING: DATA AMBIGUOUSLY CONNECTED. THERE ARE ";
 
 std::vector<LinkItem> ListLinkItems(const Run& run) {
   std::vector<LinkItem> items;
@@ -35,13 +30,10 @@ ConnectivityScan::ConnectivityScan(Run& run)
     : run_(run), items_(ListLinkItems(run)), up_(items_.size()), down_(items_.size()) {}
 
 bool ConnectivityScan::Allocate() {
-  const auto persons = static_cast<std::size_t>(run_.NPERS);
-  const auto items = static_cast<std::size_t>(run_.settings.NI);
-  if (!block_.Allocate(run_.memory, 4 * persons + 5 * items)) return false;
-  BlockCutter cutter(block_);
-  personSubset_ = cutter.Cut<std::int32_t>(run_.NPERS);
-  itemSubset_ = cutter.Cut<std::int32_t>(run_.settings.NI);
-  reach_ = cutter.Cut<char>(run_.settings.NI);
+  BlockPlan plan;
+  plan.Add(personSubset_, run_.NPERS).Add(itemSubset_, run_.settings.NI);
+  plan.Add(reach_, run_.settings.NI);
+  if (!plan.Allocate(run_.memory, block_)) return false;
   for (int n = 1; n <= run_.NPERS; ++n) {
     if (!IsActive(WithoutCompleteFlag(run_.arrays.PersonStatus[n]))) personSubset_[n] = kOutside;
   }
@@ -215,48 +207,25 @@ bool ConnectivityScan::WantsStop(long long steps) {
 
 namespace {
 
-void Tell(Run& run, const std::string& line) {
-  WriteConsole(run, line);
-  WriteReportText(run, line);
-}
-
-void TellMember(Run& run, int subset, Facet facet, int entry) {
-  Tell(run, " SUBSET " + IntegerText(subset) + ":  " +
-                std::string(Trim(SingularLabel(run.settings, facet))) + ":  " + IntegerText(entry) +
-                "  " + LabelOfEntry(run, facet, entry));
-}
-
 // The first person and the first item of every subset. Subsets are numbered in the order of their
 // first persons.
-void TellMembers(Run& run, const ConnectivityScan& scan) {
-  std::vector<int> items(static_cast<std::size_t>(run.settings.NI));
-  std::iota(items.begin(), items.end(), 1);
-  std::stable_sort(items.begin(), items.end(),
-                   [&scan](int a, int b) { return scan.SubsetOfItem(a) < scan.SubsetOfItem(b); });
-  auto item = items.begin();
-  int subset = 0;
-  for (int n = 1; n <= run.NPERS && subset < scan.SubsetCount(); ++n) {
-    if (scan.SubsetOfPerson(n) != subset + 1) continue;
-    TellMember(run, ++subset, Facet::Persons, n);
-    while (item != items.end() && scan.SubsetOfItem(*item) < subset) ++item;
-    if (item != items.end() && scan.SubsetOfItem(*item) == subset) {
-      TellMember(run, subset, Facet::Items, *item);
-    }
-    if (run.StopRequest == 1) return;  // the user has seen enough of a long list
-  }
+std::vector<Subset> FirstMembers(const Run& run, const ConnectivityScan& scan) {
+  std::vector<Subset> subsets(static_cast<std::size_t>(scan.SubsetCount()));
+  const auto note = [&subsets](int subset, int entry, int Subset::*first) {
+    if (subset < 1) return;
+    int& noted = subsets[static_cast<std::size_t>(subset - 1)].*first;
+    if (noted == 0) noted = entry;
+  };
+  for (int n = 1; n <= run.NPERS; ++n) note(scan.SubsetOfPerson(n), n, &Subset::firstPerson);
+  for (int i = 1; i <= run.settings.NI; ++i) note(scan.SubsetOfItem(i), i, &Subset::firstItem);
+  return subsets;
 }
 
 }  // namespace
 
 void CheckConnectivity(Run& run) {
   ConnectivityScan scan(run);
-  if (!scan.Allocate() || !scan.Scan() || scan.SubsetCount() <= 1) return;
-  const std::string warning = kWarning + IntegerText(scan.SubsetCount());
-  Tell(run, warning + " SUBSETS.");
-  Tell(run, " These are members of different subsets:");
-  TellMembers(run, scan);
-  run.connectivityText = (warning + " SUBSETS LISTED ABOVE.").substr(0, kHeadTextLength);
-  Tell(run, run.connectivityText);
+  if (scan.Allocate() && scan.Scan()) run.results.subsets = FirstMembers(run, scan);
 }
 
 }  // namespace vardento

@@ -1,5 +1,5 @@
 // The connectivity check: which persons and items can be measured in one frame of reference.
-// CheckConnectivity (measure/estimation.h) runs it and tells the user.
+// CheckConnectivity (measure/estimation.h) runs it.
 #pragma once
 
 #include <memory>

@@ -4,40 +4,37 @@
 #include <cmath>
 
 #include "data/work_files.h"
+#include "run/user_scale.h"
 #include "text/number_text.h"
 
 namespace vardento {
 namespace {
 
 EntryValues PersonValues(Run& run, int person) {
-  const RunArrays& arrays = run.arrays;
   const PersonWorkRecord record = ReadPersonWork(run, person);
+  const UserScale scale(run, Facet::Persons);
   EntryValues values;
   values.score = record.score;
   values.count = record.count;
-  values.error = record.error;
+  values.error = scale.Error(record.error);
   values.infit = record.infit;
   values.outfit = record.outfit;
   values.correlation = record.correlation;
-  values.displacement = record.displacement;
-  if (run.settings.TOTAL == 'Y') {
-    values.score = arrays.PersonTotalScore[person];
-    values.count = arrays.PersonTotalCount[person];
-  }
+  values.displacement = scale.Difference(record.displacement);
   return values;
 }
 
 EntryValues ItemValues(const Run& run, int item) {
   const RunArrays& arrays = run.arrays;
-  const bool total = run.settings.TOTAL == 'Y';
+  const UserScale scale(run, Facet::Items);
   EntryValues values;
-  values.score = total ? arrays.ItemTotalScore[item] : arrays.ItemScore[item];
-  values.count = total ? arrays.ItemTotalCount[item] : arrays.ItemCount[item];
-  values.error = arrays.ItemError[item];
+  values.score = arrays.ItemScore[item];
+  values.count = arrays.ItemCount[item];
+  values.error = scale.Error(arrays.ItemError[item]);
   values.infit = arrays.ItemInfit[item];
   values.outfit = arrays.ItemOutfit[item];
   values.correlation = arrays.ItemCorrelation[item];
-  values.displacement = arrays.ItemDisplacement[item];
+  values.displacement = scale.Difference(arrays.ItemDisplacement[item]);
   return values;
 }
 
@@ -45,33 +42,42 @@ EntryValues ItemValues(const Run& run, int item) {
 
 FacetArrays ArraysOf(const Run& run, Facet facet) {
   const RunArrays& arrays = run.arrays;
-  const Array1<float> personWeight = run.personWeights ? arrays.PersonWeight : Array1<float>();
-  const Array1<float> itemWeight = run.itemWeights ? arrays.ItemWeight : Array1<float>();
+  const GivenEntries& given = run.given;
   if (facet == Facet::Persons) {
     return {arrays.PersonStatus,  arrays.PersonMeasure, arrays.PersonInfitZ,
-            arrays.PersonOutfitZ, personWeight,         itemWeight};
+            arrays.PersonOutfitZ, given.PersonWeight,   given.ItemWeight};
   }
   return {arrays.ItemStatus,  arrays.ItemMeasure, arrays.ItemInfitZ,
-          arrays.ItemOutfitZ, itemWeight,         personWeight};
+          arrays.ItemOutfitZ, given.ItemWeight,   given.PersonWeight};
 }
 
-const std::string& SingularLabel(const ControlSettings& settings, Facet facet) {
-  return facet == Facet::Persons ? settings.PERSON_LABEL : settings.ITEM_LABEL;
-}
-
-const std::string& PluralLabel(const ControlSettings& settings, Facet facet) {
-  return facet == Facet::Persons ? settings.PERSONS_LABEL : settings.ITEMS_LABEL;
+float MeasureOf(const Run& run, Facet facet, int entry) {
+  const FacetArrays arrays = ArraysOf(run, facet);
+  // Who has no measure stands at 0, wherever the scale has its origin.
+  return IsMeasured(arrays.status[entry]) ? UserScale(run, facet).Measure(arrays.measure[entry])
+                                          : 0.0F;
 }
 
 EntryValues ReadEntryValues(Run& run, Facet facet, int entry) {
   EntryValues values = facet == Facet::Persons ? PersonValues(run, entry) : ItemValues(run, entry);
   const FacetArrays arrays = ArraysOf(run, facet);
   values.status = arrays.status[entry];
-  values.measure = arrays.measure[entry];
+  values.measure = MeasureOf(run, facet, entry);
   values.infitZ = arrays.infitZ[entry];
   values.outfitZ = arrays.outfitZ[entry];
-  if (arrays.weight.Size() > 0) values.weight = arrays.weight[entry];
-  if (run.settings.REALSE == 'Y') values.error *= std::sqrt(std::max(1.0F, values.infit));
+  values.weight = arrays.WeightOf(entry);
+  values.realError = values.error * std::sqrt(std::max(1.0F, values.infit));
+  return values;
+}
+
+EntryValues ReadShownValues(Run& run, Facet facet, int entry) {
+  EntryValues values = ReadEntryValues(run, facet, entry);
+  if (run.settings.REALSE == 'Y') values.error = values.realError;
+  if (run.settings.TOTAL != 'Y') return values;
+  const RunArrays& arrays = run.arrays;
+  const bool persons = facet == Facet::Persons;
+  values.score = persons ? arrays.PersonTotalScore[entry] : arrays.ItemTotalScore[entry];
+  values.count = persons ? arrays.PersonTotalCount[entry] : arrays.ItemTotalCount[entry];
   return values;
 }
 

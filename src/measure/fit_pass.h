@@ -10,17 +10,28 @@
 
 namespace vardento {
 
+// What one category position adds up over the observations of active persons on active items.
+struct CategoryFit {
+  double expectedCount, information, observedZ, observedY, variance, zVariance, observedMeasure,
+      expectedMeasure;
+};
+
+// The sums of the pass, cut from one block.
+struct FitArrays {
+  Array1<FitSums> items;
+  Array1<CorrelationRecord> itemCorrelations;
+  Array1<CategoryFit> categories;               // by position
+  Array1<double> baseline;                      // E of each group at the mean measures
+  Array1<double> missingCount, missingMeasure;  // by group
+  BlockPlan Plan(const Run& run);
+};
+
 class FitPass {
  public:
   explicit FitPass(Run& run);
-  FitSummary Compute();
+  void Compute();
 
  private:
-  // What one category position adds up.
-  struct CategoryFit {
-    double expectedCount, information, observedZ, observedY, variance, zVariance, observedMeasure,
-        expectedMeasure;
-  };
   // The person in hand.
   struct PersonInHand {
     int number = 0;
@@ -33,6 +44,7 @@ class FitPass {
   };
 
   void Open();
+  void OpenResiduals();
   void ClearCategories();
   void FindBaselines();
   void MeasurePerson(int number);
@@ -46,36 +58,24 @@ class FitPass {
                       double d, double w);
   void CountHit(const ItemInHand& hand, int x, double y, double w);
   void ClosePerson(PersonInHand& person);
-  void AddPersonSlots(const PersonInHand& person, const PersonWorkRecord& record);
-  void ReportSpread();
   void MeasureItem(int item);
-  void AddItemSlots(int item);
   void CloseCategories();
-  void RescaleLocal();
-  void RescaleLocalSide(Array1<float> infitZ, Array1<float> outfitZ, Array1<StatusByte> status,
-                        Array1<float> weights, bool weighted, int infitSlot, int outfitSlot);
-  void FoldExtremes();
+  void CloseTotals();
   // True when the displacement shows at the printed precision.
   bool ShowsDisplacement(const FitSums& sums, double displacement, double bias) const;
-  float ScaleError(double variance, double bias) const;
-  float ScaleMeasure(double measure, double bias) const;
 
   Run& run_;
   RunArrays& arrays_;
   const ControlSettings& settings_;
-  FitSummary summary_;
+  FitOutcome& outcome_;
   bool correlates_;  // point-measure correlations are computed here (PTBIS=N)
   bool writesResiduals_;
   std::string zeroText_;
   ItemWalk walk_;
   std::vector<ItemInHand> ascending_;  // all measured items from 1 to NI
   MemoryBlock block_;
-  Array1<FitSums> items_;
-  Array1<CorrelationRecord> itemCorrelations_;
-  Array1<CategoryFit> categories_;
-  Array1<double> baseline_;                       // E of each group at the mean measures
-  Array1<double> missingCount_, missingMeasure_;  // by group
-  PersonPowers here_, below_;                     // at B and at B - 1
+  FitArrays sums_;
+  PersonPowers here_, below_;  // at B and at B - 1
   std::vector<double> p_;
   std::vector<std::int16_t> residualRow_;
   RunningSpread spread_;

@@ -84,9 +84,9 @@ void CorrelationRecord::Add(double x, double y, double weight) {
   meanX += (x - meanX) * weight * share;
   if (!(weight < n)) return;
   const double a = weight / (n - weight);
-  varianceY += (meanY - y) * (meanY - y) * a - varianceY * weight * share;
-  varianceX += (meanX - x) * (meanX - x) * a - varianceX * weight * share;
-  covariance += (meanX - x) * (meanY - y) * a - covariance * weight * share;
+  varianceY += (meanY - y) * (meanY - y) * a - varianceY * share;
+  varianceX += (meanX - x) * (meanX - x) * a - varianceX * share;
+  covariance += (meanX - x) * (meanY - y) * a - covariance * share;
 }
 
 double CorrelationRecord::Correlation() const {
@@ -96,13 +96,33 @@ double CorrelationRecord::Correlation() const {
 
 void RunningSpread::Add(double z, double weight) {
   if (!(weight > 0)) return;
-  n_ += weight;
-  const double distance = z - mean_;
-  mean_ += distance * weight / n_;
-  variance_ += (distance * (z - mean_) - variance_) * weight / n_;
+  exact_.n += weight;
+  const double distance = z - exact_.mean;
+  exact_.mean += distance * weight / exact_.n;
+  exact_.variance += (distance * (z - exact_.mean) - exact_.variance) * weight / exact_.n;
+  if (UsesSettled()) AddSettled(z, weight);
 }
 
-double RunningSpread::SD() const { return std::sqrt(std::max(variance_, 0.0)); }
+void RunningSpread::AddSettled(double z, double weight) {
+  if (!started_) {
+    started_ = true;
+    settled_ = {std::trunc(weight), z, 0};
+    return;
+  }
+  const double n = std::trunc(settled_.n + weight);
+  if (n == 0 || n == weight) {
+    dividesByZero_ = true;
+    return;
+  }
+  settled_.mean += (z - settled_.mean) * weight / n;
+  const double a = (z - settled_.mean) * weight / (n - weight);
+  settled_.variance += (n - weight) * a * a - settled_.variance * weight / n;
+  settled_.n = n;
+}
+
+double RunningSpread::SD() const {
+  return std::sqrt(std::max((UsesSettled() ? settled_ : exact_).variance, 0.0));
+}
 
 void EnterWorst(std::vector<WorstEntry>& list, int number, float z) {
   if (list.size() == kWorstListLength && z < list.back().z) return;

@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "measure/estimation.h"
+#include "run/control_settings.h"
+#include "run/results.h"
 
 namespace vardento {
 
@@ -51,24 +52,36 @@ double FindItemDisplacement(const FitSums& sums, double extremeScore);
 // The score that the displacement starts from: an extreme one is moved in from its end.
 double HeldScore(const FitSums& sums, double extremeScore);
 
-// A weighted correlation of y on x, kept up with every observation.
+// A weighted correlation of y on x, kept up with every observation. With weights other than 1 the
+// variances shrink by 1/n at each, not by weight/n: the settled form, on which comparisons with
+// earlier runs rely.
 struct CorrelationRecord {
   double n = 0, meanY = 0, meanX = 0, varianceY = 0, varianceX = 0, covariance = 0;
   void Add(double x, double y, double weight);
   double Correlation() const;
 };
 
-// Weighted mean and S.D. of the standardised residuals.
+// Mean and S.D. of the standardised residuals. With weights the count is cut to a whole number at
+// each observation: the settled form. Where that would divide by 0 (weights that stay below 1) the
+// weighted mean and S.D. stand in for it.
 class RunningSpread {
  public:
+  explicit RunningSpread(bool weighted) : weighted_(weighted) {}
   void Add(double z, double weight);
-  double Mean() const { return mean_; }
+  double Mean() const { return (UsesSettled() ? settled_ : exact_).mean; }
   double SD() const;
 
  private:
-  double n_ = 0;  // sum of weights
-  double mean_ = 0;
-  double variance_ = 0;
+  struct Moments {
+    double n = 0, mean = 0, variance = 0;
+  };
+  bool UsesSettled() const { return weighted_ && !dividesByZero_; }
+  void AddSettled(double z, double weight);
+
+  bool weighted_;
+  bool dividesByZero_ = false;
+  bool started_ = false;
+  Moments exact_, settled_;
 };
 
 // Keeps the most unexpected entries, largest first, each entry once.

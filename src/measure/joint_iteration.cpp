@@ -60,38 +60,40 @@ JointIteration::JointIteration(Run& run)
       targeted_(run.settings.TARGET == 'Y'),
       perfect_(run.settings.USCALE > 0 ? Status::ExtremeHigh : Status::ExtremeLow),
       zero_(run.settings.USCALE > 0 ? Status::ExtremeLow : Status::ExtremeHigh),
-      here_(std::max(run.largestGroupTop, 1)),
-      below_(std::max(run.largestGroupTop, 1)),
+      here_(std::max(run.results.largestGroupTop, 1)),
+      below_(std::max(run.results.largestGroupTop, 1)),
       p_(static_cast<std::size_t>(run.MAXCAT) + 2, 0.0) {
-  const auto items = static_cast<std::size_t>(run.settings.NI) + 1;
-  const auto persons = static_cast<std::size_t>(run.NPERS) + 1;
-  itemScore_.assign(items, 0.0);
-  itemMaximum_.assign(items, 0.0);
+  itemScore_.Assign(run.settings.NI);
+  itemMaximum_.Assign(run.settings.NI);
   for (int i = 1; i <= run.settings.NI; ++i) SetItemTarget(i);
-  previous_.assign(std::max(items, persons), 0.0F);
-  classOfPerson_.assign(persons, 0);
+  previousItem_.Assign(run.settings.NI);
+  BlockPlan plan;
+  plan.Add(previousPerson_, run.NPERS).Add(classOfPerson_, run.NPERS);
+  TakeBlock(run, plan, block_, run.NPERS, run.settings.PERSONS_LABEL);
+}
+
+std::size_t JointIteration::BytesFor(int persons) {
+  return static_cast<std::size_t>(persons) * (sizeof(float) + sizeof(std::int32_t));
 }
 
 void JointIteration::SetItemTarget(int item) {
-  itemScore_[static_cast<std::size_t>(item)] = targeted_ ? 0 : run_.arrays.ItemModelScore[item];
-  itemMaximum_[static_cast<std::size_t>(item)] = targeted_ ? 0 : run_.arrays.ItemModelMax[item];
+  itemScore_[item] = targeted_ ? 0 : run_.arrays.ItemModelScore[item];
+  itemMaximum_[item] = targeted_ ? 0 : run_.arrays.ItemModelMax[item];
 }
 
 void JointIteration::ClearIteration() {
   record_ = UconRecord();
   record_.iteration = iteration_;
   personResidual_ = itemResidual_ = 0;
-  const auto items = static_cast<std::size_t>(run_.settings.NI) + 1;
-  const auto positions = static_cast<std::size_t>(run_.NCATS) + 1;
-  itemExpected_.assign(items, 0.0);
-  itemExpectedOffset_.assign(items, 0.0);
-  categoryExpected_.assign(positions, 0.0);
-  categoryTarget_.assign(positions, 0.0);
+  itemExpected_.Assign(run_.settings.NI);
+  itemExpectedOffset_.Assign(run_.settings.NI);
+  categoryExpected_.Assign(run_.NCATS);
+  categoryTarget_.Assign(run_.NCATS);
   if (targeted_) {
     for (int i = 1; i <= run_.settings.NI; ++i) SetItemTarget(i);
   } else {
     for (int p = 1; p <= run_.NCATS; ++p) {
-      categoryTarget_[static_cast<std::size_t>(p)] = run_.arrays.CategoryCount[p];
+      categoryTarget_[p] = run_.arrays.CategoryCount[p];
     }
   }
   walk_ = MakeItemWalk(run_);
@@ -125,7 +127,7 @@ void JointIteration::StepPersons() {
   centreSum_ = centreWeight_ = 0;
   for (int n = 1; n <= run_.NPERS; ++n) {
     if (HasCompleteFlag(arrays.PersonStatus[n])) {
-      classOfPerson_[static_cast<std::size_t>(n)] = ClassifyPerson(n, ReadPersonWork(run_, n));
+      classOfPerson_[n] = ClassifyPerson(n);
     }
   }
   for (PersonClass& persons : classes_) {
@@ -142,24 +144,24 @@ void JointIteration::StepPersons() {
 
 void JointIteration::StepPerson(int person, StatusByte status) {
   if (HasCompleteFlag(run_.arrays.PersonStatus[person])) {
-    const auto index = classOfPerson_[static_cast<std::size_t>(person)];
+    const auto index = classOfPerson_[person];
     const PersonClass& persons = classes_[static_cast<std::size_t>(index)];
     MovePerson(person, status, persons.delta, persons.residual);
     return;
   }
-  const ScoreTarget target = targeted_
-                                 ? AddTargeted(person, status)
-                                 : AddIncomplete(person, status, ReadPersonWork(run_, person));
+  const ScoreTarget target =
+      targeted_ ? AddTargeted(person, status) : AddIncomplete(person, status);
   MovePerson(person, status, FindPersonStep(target, offset_),
              static_cast<float>(target.score - target.expected));
 }
 
-std::int32_t JointIteration::ClassifyPerson(int person, const PersonWorkRecord& record) {
+std::int32_t JointIteration::ClassifyPerson(int person) {
+  const PersonScores record = ReadPersonScores(run_, person);
   PersonClass persons;
   persons.status = WithoutCompleteFlag(run_.arrays.PersonStatus[person]);
   persons.measure = run_.arrays.PersonMeasure[person];
-  persons.score = record.outfit;
-  persons.maximum = record.infit;
+  persons.score = record.modelScore;
+  persons.maximum = record.modelMax;
   const auto fresh = static_cast<std::int32_t>(classes_.size());
   std::uint32_t bits = 0;
   std::memcpy(&bits, &persons.measure, sizeof bits);
@@ -187,9 +189,9 @@ ScoreTarget JointIteration::AddComplete(const PersonClass& persons) {
   return target;
 }
 
-ScoreTarget JointIteration::AddIncomplete(int person, StatusByte status,
-                                          const PersonWorkRecord& record) {
-  ScoreTarget target{record.outfit, record.infit, 0, 0};
+ScoreTarget JointIteration::AddIncomplete(int person, StatusByte status) {
+  const PersonScores record = ReadPersonScores(run_, person);
+  ScoreTarget target{record.modelScore, record.modelMax, 0, 0};
   const std::uint8_t* row = ReadScoredRow(run_, person);
   SetMeasure(run_.arrays.PersonMeasure[person]);
   const double pw = PersonWeightOf(run_, person);
@@ -208,13 +210,13 @@ void JointIteration::SetMeasure(double measure) {
 
 void JointIteration::AddExpected(const ItemInHand& hand, int x, StatusByte status, double pw,
                                  ScoreTarget& target) {
-  const auto item = static_cast<std::size_t>(hand.item);
+  const int item = hand.item;
   double* const p = p_.data();
   const double expected = here_.Expect(hand, x, p);
   if (IsActive(status)) {
     itemExpected_[item] += expected * pw;
     if (hand.active) {
-      double* const counts = &categoryExpected_[static_cast<std::size_t>(hand.start)];
+      double* const counts = &categoryExpected_[hand.start];
       const double w = pw * hand.pairFactor;
       for (int k = hand.tables.top; k >= 0; --k) counts[k] += p[k] * w;
     }
@@ -241,7 +243,7 @@ ScoreTarget JointIteration::AddTargeted(int person, StatusByte status) {
 // TARGET=Y: every observation counts by its own variance.
 void JointIteration::AddTargetedObservation(const ItemInHand& hand, int x, StatusByte status,
                                             double pw, ScoreTarget& target) {
-  const auto item = static_cast<std::size_t>(hand.item);
+  const int item = hand.item;
   double* const p = p_.data();
   const Evaluation here = here_.Evaluate(hand, x, p);
   const double v = here.variance;
@@ -255,8 +257,8 @@ void JointIteration::AddTargetedObservation(const ItemInHand& hand, int x, Statu
     itemExpected_[item] += here.expected * v * pw;
     if (hand.active) {
       const double w = pw * hand.pairFactor;
-      categoryTarget_[static_cast<std::size_t>(hand.start + x)] += v * w;
-      double* const counts = &categoryExpected_[static_cast<std::size_t>(hand.start)];
+      categoryTarget_[hand.start + x] += v * w;
+      double* const counts = &categoryExpected_[hand.start];
       for (int k = hand.tables.top; k >= 0; --k) counts[k] += p[k] * v * w;
     }
   }
@@ -278,7 +280,7 @@ void JointIteration::HoldPersonTarget(ScoreTarget& target, StatusByte status) co
 
 void JointIteration::MovePerson(int person, StatusByte status, double delta, float residual) {
   float& b = run_.arrays.PersonMeasure[person];
-  previous_[static_cast<std::size_t>(person)] = b;
+  previousPerson_[person] = b;
   if (!IsFree(status)) return;
   if (std::fabs(residual) > std::fabs(personResidual_)) {
     personResidual_ = residual;
@@ -301,14 +303,14 @@ void JointIteration::CentrePersons() {
     if (!IsFree(WithoutCompleteFlag(run_.arrays.PersonStatus[n]))) continue;
     float& b = run_.arrays.PersonMeasure[n];
     b = static_cast<float>(b - mean);
-    KeepChange(b - previous_[static_cast<std::size_t>(n)]);
+    KeepChange(b - previousPerson_[n]);
   }
 }
 
 ScoreTarget JointIteration::ItemTarget(int item) const {
-  const auto i = static_cast<std::size_t>(item);
   const StatusByte status = run_.arrays.ItemStatus[item];
-  ScoreTarget target{itemScore_[i], itemMaximum_[i], itemExpected_[i], itemExpectedOffset_[i]};
+  ScoreTarget target{itemScore_[item], itemMaximum_[item], itemExpected_[item],
+                     itemExpectedOffset_[item]};
   // The extremes of an item are turned: the lowest difficulty is the highest score.
   target.score = targeted_ ? HoldTargeted(target.score, target.maximum, targetMargin_,
                                           status == zero_, status == perfect_)
@@ -323,7 +325,7 @@ void JointIteration::StepItems() {
     if (!IsFree(status)) continue;
     const ScoreTarget target = ItemTarget(i);
     float& d = run_.arrays.ItemMeasure[i];
-    previous_[static_cast<std::size_t>(i)] = d;
+    previousItem_[i] = d;
     const auto residual = static_cast<float>(target.score - target.expected);
     if (std::fabs(residual) > std::fabs(itemResidual_)) {
       itemResidual_ = residual;
@@ -343,7 +345,7 @@ void JointIteration::CentreItems() {
     if (!IsFree(run_.arrays.ItemStatus[i])) continue;
     float& d = run_.arrays.ItemMeasure[i];
     d = static_cast<float>(d - mean);
-    KeepChange(d - previous_[static_cast<std::size_t>(i)]);
+    KeepChange(d - previousItem_[i]);
   }
 }
 
@@ -363,27 +365,27 @@ namespace {
 // they come out unchanged once the factors are applied at reporting.
 void SetBiasFactors(Run& run) {
   const ControlSettings& settings = run.settings;
-  run.PersonBias = run.ItemBias = 1;
+  run.results.PersonBias = run.results.ItemBias = 1;
   if (settings.STBIAS != 'Y' && settings.PAIRED != 'Y') return;
   if (settings.PAIRED == 'Y') {
-    run.PersonBias = run.ItemBias = 0.5F;
+    run.results.PersonBias = run.results.ItemBias = 0.5F;
   } else {
     double steps = 0;
     for (int i = 1; i <= settings.NI; ++i) {
       if (IsActive(run.arrays.ItemStatus[i])) steps += run.arrays.GroupTop[run.arrays.ItemGroup[i]];
     }
-    const double n = std::max(1.0, std::round(steps / run.ActiveItems));
+    const double n = std::max(1.0, std::round(steps / run.results.ActiveItems));
     const auto factor = [n](int count) {
       const double freedom = (count - 1) * n;
       return count > 1 ? static_cast<float>(freedom / (freedom + 1)) : 1.0F;
     };
-    run.PersonBias = factor(run.ActivePersons);
-    run.ItemBias = factor(run.ActiveItems);
+    run.results.PersonBias = factor(run.results.ActivePersons);
+    run.results.ItemBias = factor(run.results.ActiveItems);
   }
-  if (!run.ItemAnchored && !run.PersonAnchored) return;
-  for (float& b : run.arrays.PersonMeasure) b /= run.PersonBias;
+  if (!run.results.ItemAnchored && !run.results.PersonAnchored) return;
+  for (float& b : run.arrays.PersonMeasure) b /= run.results.PersonBias;
   for (int i = 1; i <= settings.NI; ++i) {
-    if (IsRead(run.arrays.ItemStatus[i])) run.arrays.ItemMeasure[i] /= run.ItemBias;
+    if (IsRead(run.arrays.ItemStatus[i])) run.arrays.ItemMeasure[i] /= run.results.ItemBias;
   }
 }
 
@@ -393,10 +395,10 @@ Outcome Iterate(Run& run, EstimationListener& listener) {
   for (;;) {
     listener.BeginUconIteration();
     const UconRecord record = iteration.RunIteration();
+    run.results.iterations.push_back(record);
     listener.EndUconIteration(record);
-    run.UconIterations = record.iteration;
-    if (run.StopRequest == 1) return Outcome::StoppedByUser;
     if (iteration.HasConverged(record)) return Outcome::Converged;
+    if (run.StopRequest == 1) return Outcome::StoppedByUser;
     if (record.iteration == run.settings.MUCON || record.iteration > kIterationLimit) {
       return Outcome::LimitReached;
     }
@@ -405,12 +407,11 @@ Outcome Iterate(Run& run, EstimationListener& listener) {
 
 }  // namespace
 
-Outcome EstimateJoint(Run& run, EstimationListener& listener) {
+void EstimateJoint(Run& run, EstimationListener& listener) {
   SetBiasFactors(run);
-  const Outcome outcome = run.settings.MUCON < 0 ? Outcome::Skipped : Iterate(run, listener);
+  run.results.outcome = run.settings.MUCON < 0 ? Outcome::Skipped : Iterate(run, listener);
   listener.EndTable();
   for (StatusByte& status : run.arrays.PersonStatus) status = WithoutCompleteFlag(status);
-  return outcome;
 }
 
 }  // namespace vardento

@@ -9,7 +9,6 @@
 #include <unordered_map>
 #include <vector>
 
-#include "measure/estimation_records.h"
 #include "measure/observations.h"
 #include "run/run.h"
 
@@ -32,6 +31,8 @@ class JointIteration {
   explicit JointIteration(Run& run);
   UconRecord RunIteration();
   bool HasConverged(const UconRecord& record) const;
+  // What the iteration keeps of each person.
+  static std::size_t BytesFor(int persons);
 
  private:
   // Complete persons of the same measure and score move alike: one of them is evaluated.
@@ -52,9 +53,9 @@ class JointIteration {
   void SetItemTarget(int item);
   void StepPersons();
   void StepPerson(int person, StatusByte status);
-  std::int32_t ClassifyPerson(int person, const PersonWorkRecord& record);
+  std::int32_t ClassifyPerson(int person);
   ScoreTarget AddComplete(const PersonClass& persons);
-  ScoreTarget AddIncomplete(int person, StatusByte status, const PersonWorkRecord& record);
+  ScoreTarget AddIncomplete(int person, StatusByte status);
   ScoreTarget AddTargeted(int person, StatusByte status);
   void SetMeasure(double measure);  // of the person in hand, for the two evaluations
   void AddExpected(const ItemInHand& hand, int x, StatusByte status, double pw,
@@ -81,13 +82,15 @@ class JointIteration {
   std::vector<double> p_;      // categories 0..MAXCAT of one pair
 
   // By item, 1..NI: expected scores at d and d - h; the score and maximum to be matched.
-  std::vector<double> itemExpected_, itemExpectedOffset_, itemScore_, itemMaximum_;
+  Vector1<double> itemExpected_, itemExpectedOffset_, itemScore_, itemMaximum_;
   // By category position, 1..NCATS: expected count (or passes of the step), count to be matched.
-  std::vector<double> categoryExpected_, categoryTarget_;
-  std::vector<float> previous_;  // measures before the iteration: persons, then items
+  Vector1<double> categoryExpected_, categoryTarget_;
+  Vector1<float> previousItem_;  // difficulties before the iteration
+  MemoryBlock block_;
+  Array1<float> previousPerson_;  // measures before the iteration
 
   std::vector<PersonClass> classes_;
-  std::vector<std::int32_t> classOfPerson_;  // complete persons: index in classes_
+  Array1<std::int32_t> classOfPerson_;  // complete persons: index in classes_
   std::unordered_map<std::uint32_t, std::int32_t> classIndex_;  // by the bits of the measure
 
   // Of the iteration in hand.

@@ -8,7 +8,7 @@ namespace vardento {
 namespace {
 
 double PairFactor(const Run& run, int group, double itemWeight) {
-  if (!run.itemWeights || itemWeight != 0.0) return itemWeight;
+  if (!run.given.HasItemWeights() || itemWeight != 0.0) return itemWeight;
   // A group whose items all weigh nothing still gets its scale from its observations.
   return run.arrays.GroupMaxWeight[group] == 0.0F ? 1.0 : 0.0;
 }
@@ -41,7 +41,7 @@ void LinkFactors(ItemWalk& walk, const std::vector<std::ptrdiff_t>& offsets) {
 }
 
 bool AnchorsSetFrame(const Run& run) {
-  return run.settings.UANCHOR != 'N' && (run.ItemAnchored || run.PersonAnchored);
+  return run.settings.UANCHOR != 'N' && (run.results.ItemAnchored || run.results.PersonAnchored);
 }
 
 }  // namespace
@@ -110,13 +110,13 @@ Evaluation PersonPowers::Evaluate(const ItemInHand& hand, int x, double* p) cons
 }
 
 void UpdateGroupMaxWeight(Run& run) {
-  if (!run.itemWeights) return;
+  if (!run.given.HasItemWeights()) return;
   RunArrays& arrays = run.arrays;
   for (float& weight : arrays.GroupMaxWeight) weight = 0;
   for (int i = 1; i <= run.settings.NI; ++i) {
     if (!IsActive(arrays.ItemStatus[i])) continue;
     float& highest = arrays.GroupMaxWeight[arrays.ItemGroup[i]];
-    highest = std::max(highest, arrays.ItemWeight[i]);
+    highest = std::max(highest, run.given.ItemWeight[i]);
   }
 }
 

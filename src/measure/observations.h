@@ -65,10 +65,10 @@ class PersonPowers {
 
 // The weight of a person; 1 when no weights are in use.
 inline double PersonWeightOf(const Run& run, int person) {
-  return run.personWeights ? run.arrays.PersonWeight[person] : 1.0;
+  return run.given.HasPersonWeights() ? run.given.PersonWeight[person] : 1.0;
 }
 inline double ItemWeightOf(const Run& run, int item) {
-  return run.itemWeights ? run.arrays.ItemWeight[item] : 1.0;
+  return run.given.HasItemWeights() ? run.given.ItemWeight[item] : 1.0;
 }
 // Refreshes GroupMaxWeight over items of positive status; nothing without item weights.
 void UpdateGroupMaxWeight(Run& run);

@@ -13,14 +13,12 @@ namespace {
 
 constexpr std::uint8_t kMissingResponse = 255;
 
-// The limits as distances in logits; 0: none.
-struct RangeLimits {
-  double below, above;
-  bool Excludes(double d) const { return (below != 0 && d < -below) || (above != 0 && d > above); }
-};
+bool IsOutOfRange(const RangeCut& cut, double d) {
+  return (cut.below != 0 && d < -cut.below) || (cut.above != 0 && d > cut.above);
+}
 
 // Blanks the person's responses outside the limits; how many there were.
-int BlankResponses(const Run& run, int person, const RangeLimits& limits,
+int BlankResponses(const Run& run, int person, const RangeCut& cut,
                    std::vector<std::uint8_t>& row) {
   const RunArrays& arrays = run.arrays;
   const double b = arrays.PersonMeasure[person];
@@ -28,7 +26,7 @@ int BlankResponses(const Run& run, int person, const RangeLimits& limits,
   for (int i = run.settings.NI; i >= 1; --i) {
     std::uint8_t& response = row[static_cast<std::size_t>(i - 1)];
     if (!IsActive(arrays.ItemStatus[i]) || response == kMissingResponse) continue;
-    if (!limits.Excludes(b - arrays.ItemMeasure[i])) continue;
+    if (!IsOutOfRange(cut, b - arrays.ItemMeasure[i])) continue;
     response = kMissingResponse;
     ++dropped;
   }
@@ -37,28 +35,26 @@ int BlankResponses(const Run& run, int person, const RangeLimits& limits,
 
 }  // namespace
 
-bool DropOutOfRange(Run& run, EstimationListener& listener) {
-  ControlSettings& settings = run.settings;
+void DropOutOfRange(Run& run, EstimationListener& listener) {
+  const ControlSettings& settings = run.settings;
   listener.BeginRangeCut(settings.CUTLO, settings.CUTHI);
-  // They stay in logits from here on, and as distances: their signs mean nothing.
-  settings.CUTLO = std::fabs(settings.CUTLO / settings.USCALE);
-  settings.CUTHI = std::fabs(settings.CUTHI / settings.USCALE);
-  const RangeLimits limits{settings.CUTLO, settings.CUTHI};
+  // As distances: the signs mean nothing.
+  RangeCut& cut = run.results.rangeCut;
+  cut.below = std::fabs(settings.CUTLO / settings.USCALE);
+  cut.above = std::fabs(settings.CUTHI / settings.USCALE);
   const auto items = static_cast<std::size_t>(settings.NI);
   std::vector<std::uint8_t> row(items);
-  long long dropped = 0;
   for (int n = 1; n <= run.NPERS; ++n) {
     if (IsActive(WithoutCompleteFlag(run.arrays.PersonStatus[n]))) {
       const std::uint8_t* stored = ReadScoredRow(run, n);
       row.assign(stored, stored + items);
-      const int count = BlankResponses(run, n, limits, row);
+      const int count = BlankResponses(run, n, cut, row);
       if (count > 0) WriteScoredRow(run, n, row.data());
-      dropped += count;
+      cut.dropped += count;
     }
     ShowProgress(run, n, run.NPERS);
   }
-  listener.EndRangeCut(dropped);
-  return dropped > 0;
+  listener.EndRangeCut(cut.dropped);
 }
 
 }  // namespace vardento

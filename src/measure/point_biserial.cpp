@@ -2,33 +2,24 @@
 
 #include <cmath>
 
-#include "run/messages.h"
-#include "text/number_text.h"
-
 namespace vardento {
 
+std::size_t PointBiserial::BytesFor(const Run& run) {
+  return 2 * sizeof(double) *
+         (static_cast<std::size_t>(run.NPERS) + static_cast<std::size_t>(run.settings.NI));
+}
+
 bool PointBiserial::Allocate(Run& run) {
-  const int persons = run.NPERS;
-  const int items = run.settings.NI;
-  const std::size_t bytes =
-      2 * sizeof(double) * (static_cast<std::size_t>(persons) + static_cast<std::size_t>(items));
-  inUse_ = block_.Allocate(run.memory, bytes);
-  if (!inUse_) {
-    ReportMessage(run, IntegerText(static_cast<int>(bytes)) +
-                           " bytes of memory not available. Point-biserial computation failed.");
-    return false;
-  }
-  BlockCutter cutter(block_);
-  personCount_ = cutter.Cut<double>(persons);
-  personSum_ = cutter.Cut<double>(persons);
-  itemCount_ = cutter.Cut<double>(items);
-  itemSum_ = cutter.Cut<double>(items);
-  return true;
+  BlockPlan plan;
+  plan.Add({&personCount_, &personSum_}, run.NPERS);
+  plan.Add({&itemCount_, &itemSum_}, run.settings.NI);
+  inUse_ = plan.Allocate(run.memory, block_);
+  return inUse_;
 }
 
 void PointBiserial::BeginPass(int NI, bool correlating) {
   correlating_ = correlating;
-  itemSums_.assign(static_cast<std::size_t>(NI) + 1, Sums());
+  itemSums_.Assign(NI);
   if (correlating) return;
   for (double& value : itemCount_) value = 0;
   for (double& value : itemSum_) value = 0;
@@ -61,8 +52,7 @@ void PointBiserial::Add(int item, int x, double iw, double pw) {
     personSums_.Add(x, (itemSum_[item] - x * pw) / (itemCount_[item] - pw), iw);
   }
   if (pw > 0 && iw < personCount_[person_]) {
-    itemSums_[static_cast<std::size_t>(item)].Add(
-        x, (personSum_[person_] - x * iw) / (personCount_[person_] - iw), pw);
+    itemSums_[item].Add(x, (personSum_[person_] - x * iw) / (personCount_[person_] - iw), pw);
   }
 }
 
@@ -81,8 +71,7 @@ float PointBiserial::PersonCorrelation() const {
 
 void PointBiserial::FinishItem(int item, float& correlation) const {
   double value = 0;
-  if (Correlate(itemCount_[item], itemSum_[item], itemSums_[static_cast<std::size_t>(item)],
-                value)) {
+  if (Correlate(itemCount_[item], itemSum_[item], itemSums_[item], value)) {
     correlation = static_cast<float>(value);
   }
 }

@@ -2,15 +2,14 @@
 // itself left out. The sums of one pass serve the correlations of the next.
 #pragma once
 
-#include <vector>
-
 #include "run/run.h"
 
 namespace vardento {
 
 class PointBiserial {
  public:
-  // False, after a message that the computation failed, when memory is refused.
+  static std::size_t BytesFor(const Run& run);
+  // False when memory is refused.
   bool Allocate(Run& run);
   bool InUse() const { return inUse_; }
 
@@ -36,7 +35,7 @@ class PointBiserial {
   int person_ = 0;
   MemoryBlock block_;
   Array1<double> personCount_, personSum_, itemCount_, itemSum_;
-  std::vector<Sums> itemSums_;
+  Vector1<Sums> itemSums_;
   Sums personSums_;
 };
 

@@ -22,19 +22,12 @@ std::uint64_t HashPattern(const std::vector<std::uint64_t>& pattern, bool anchor
 bool ResponseIndex::Allocate(Run& run, int persons) {
   const auto count = static_cast<std::size_t>(persons);
   const std::size_t slots = std::bit_ceil(2 * count);
-  const auto all = static_cast<std::size_t>(run.NPERS);
   if (count * 2 * words_ > INT32_MAX || slots > INT32_MAX) return false;  // out of an index's reach
-  const std::size_t bytes = count * 2 * words_ * sizeof(std::uint64_t) +
-                            (2 * count + slots + 2 * all) * sizeof(std::int32_t) + count;
-  if (!block_.Allocate(run.memory, bytes)) return false;
-  BlockCutter cutter(block_);
-  patterns_ = cutter.Cut<std::uint64_t>(static_cast<int>(count * 2 * words_));
-  first_ = cutter.Cut<std::int32_t>(persons);
-  left_ = cutter.Cut<std::int32_t>(persons);
-  slots_ = cutter.Cut<std::int32_t>(static_cast<int>(slots));
-  classOf_ = cutter.Cut<std::int32_t>(run.NPERS);
-  next_ = cutter.Cut<std::int32_t>(run.NPERS);
-  anchored_ = cutter.Cut<std::uint8_t>(persons);
+  BlockPlan plan;
+  plan.Add(patterns_, static_cast<int>(count * 2 * words_));
+  plan.Add({&first_, &left_}, persons).Add(slots_, static_cast<int>(slots));
+  plan.Add({&classOf_, &next_}, run.NPERS).Add(anchored_, persons);
+  if (!plan.Allocate(run.memory, block_)) return false;
   pattern_.assign(2 * words_, 0);
   return true;
 }

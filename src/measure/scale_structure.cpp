@@ -11,11 +11,11 @@ namespace vardento {
 
 namespace {
 
-std::vector<char> FindGroupsInUse(const Run& run) {
-  std::vector<char> used(static_cast<std::size_t>(run.NGROUPS) + 1, 0);
+Vector1<char> FindGroupsInUse(const Run& run) {
+  Vector1<char> used(run.NGROUPS, 0);
   for (int i = 1; i <= run.settings.NI; ++i) {
     if (IsActive(run.arrays.ItemStatus[i])) {
-      used[static_cast<std::size_t>(run.arrays.ItemGroup[i])] = 1;
+      used[run.arrays.ItemGroup[i]] = 1;
     }
   }
   return used;
@@ -111,8 +111,8 @@ class Renumbering {
     StatusAt(to) = StatusAt(from);
     arrays_.StepCalibration[start_ + to] = arrays_.StepCalibration[start_ + from];
     arrays_.CategoryCount[start_ + to] = arrays_.CategoryCount[start_ + from];
-    const auto source = static_cast<std::size_t>(start_ + from);
-    const auto target = static_cast<std::size_t>(start_ + to);
+    const int source = start_ + from;
+    const int target = start_ + to;
     sums_.count[target] = sums_.count[source];
     sums_.measure[target] = sums_.measure[source];
     sums_.squares[target] = sums_.squares[source];
@@ -199,10 +199,9 @@ void EstimateSteps(RunArrays& arrays, const CategorySums& sums, int group, float
 }  // namespace
 
 void CategorySums::Clear(int positions) {
-  const auto size = static_cast<std::size_t>(positions) + 1;
-  count.assign(size, 0.0);
-  measure.assign(size, 0.0);
-  squares.assign(size, 0.0);
+  count.Assign(positions);
+  measure.Assign(positions);
+  squares.Assign(positions);
 }
 
 void CategorySums::Triple::Add(const Triple& other) {
@@ -212,8 +211,7 @@ void CategorySums::Triple::Add(const Triple& other) {
 }
 
 CategorySums::Triple CategorySums::At(int position) const {
-  const auto p = static_cast<std::size_t>(position);
-  return {count[p], measure[p], squares[p]};
+  return {count[position], measure[position], squares[position]};
 }
 
 ScalePassResult EstimateScales(Run& run, CategorySums& sums) {
@@ -222,10 +220,10 @@ ScalePassResult EstimateScales(Run& run, CategorySums& sums) {
     arrays.CategoryCount[p] = static_cast<float>(sums.At(p).count);
   }
   ScalePassResult result;
-  const std::vector<char> used = FindGroupsInUse(run);
+  const Vector1<char> used = FindGroupsInUse(run);
   for (int g = run.NGROUPS; g >= 1; --g) {
     if (arrays.GroupTop[g] < 0) continue;
-    if (!used[static_cast<std::size_t>(g)] || arrays.GroupTop[g] == 0) {
+    if (!used[g] || arrays.GroupTop[g] == 0) {
       DropGroup(arrays, g);
       continue;
     }

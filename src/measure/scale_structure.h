@@ -2,8 +2,6 @@
 // estimate of the steps between them.
 #pragma once
 
-#include <vector>
-
 #include "run/run.h"
 
 namespace vardento {
@@ -11,7 +9,7 @@ namespace vardento {
 // Weighted sums over the observations in each category position, 1..NCATS: count, and first and
 // second moment of the measure difference B - D (logits).
 struct CategorySums {
-  std::vector<double> count, measure, squares;
+  Vector1<double> count, measure, squares;
   void Clear(int positions);
   struct Triple {
     double count = 0, measure = 0, squares = 0;

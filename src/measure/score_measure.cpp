@@ -6,6 +6,7 @@
 
 #include "measure/category_model.h"
 #include "measure/observations.h"
+#include "run/user_scale.h"
 
 namespace vardento {
 
@@ -14,7 +15,6 @@ namespace {
 constexpr int kLoopLimit = 1000;
 constexpr double kFlat = 1e-9;               // of the maximum
 constexpr double kLeastInformation = 0.001;  // keeps a standard error finite
-constexpr double kPairedError = 1.4142;      // PAIRED=Y: every comparison stands in the data twice
 
 // One entry of the other side.
 struct OtherEntry {
@@ -158,35 +158,23 @@ class ScoreSolver {
   double information_ = 0;
 };
 
-// Between user units and the logits that the estimation worked in. USCALE= may be negative.
-struct UserScale {
-  double units, mean;
-  UserScale(const Run& run, double bias)
-      : units(bias * run.settings.USCALE), mean(run.settings.UMEAN) {}
-  double ToLogits(double measure) const { return (measure - mean) / units; }
-  double FromLogits(double measure) const { return measure * units + mean; }
-};
-
 ScoreMeasure Report(const Run& run, const UserScale& scale, double measure, double information) {
-  const double error =
-      std::fabs(scale.units) / std::sqrt(std::max(std::fabs(information), kLeastInformation));
+  const double error = 1.0 / std::sqrt(std::max(std::fabs(information), kLeastInformation));
   const bool paired = run.settings.PAIRED == 'Y';
-  return {static_cast<float>(scale.FromLogits(measure)),
-          static_cast<float>(paired ? kPairedError * error : error),
+  return {scale.Measure(measure), scale.Error(error),
           static_cast<float>(paired ? 0.5 * information : information)};
 }
 
 }  // namespace
 
 ScoreMeasure MeasureForPersonScore(const Run& run, float start, double score, double maximum) {
-  const UserScale own(run, run.PersonBias), other(run, run.ItemBias);
+  const UserScale own(run, Facet::Persons);
   ScoreSolver solver(run, kPersonForm, score, maximum);
   const RunArrays& arrays = run.arrays;
   solver.Reserve(run.settings.NI);
   for (int i = run.settings.NI; i >= 1; --i) {
     if (!IsActive(arrays.ItemStatus[i])) continue;
-    solver.AddOther(other.ToLogits(arrays.ItemMeasure[i]), ItemWeightOf(run, i),
-                    arrays.ItemGroup[i]);
+    solver.AddOther(arrays.ItemMeasure[i], ItemWeightOf(run, i), arrays.ItemGroup[i]);
   }
   const double measure = solver.Solve(own.ToLogits(start));
   return Report(run, own, measure, solver.Information());
@@ -194,12 +182,12 @@ ScoreMeasure MeasureForPersonScore(const Run& run, float start, double score, do
 
 ScoreMeasure MeasureForItemScore(const Run& run, int group, float start, double score,
                                  double maximum) {
-  const UserScale own(run, run.ItemBias), other(run, run.PersonBias);
+  const UserScale own(run, Facet::Items);
   ScoreSolver solver(run, kItemForm, score, maximum);
   solver.Reserve(run.NPERS);
   for (int n = 1; n <= run.NPERS; ++n) {
     if (!IsActive(run.arrays.PersonStatus[n])) continue;
-    solver.AddOther(other.ToLogits(run.arrays.PersonMeasure[n]), PersonWeightOf(run, n), group);
+    solver.AddOther(run.arrays.PersonMeasure[n], PersonWeightOf(run, n), group);
   }
   const double measure = solver.Solve(own.ToLogits(start));
   return Report(run, own, measure, solver.Information());

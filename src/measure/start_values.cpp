@@ -12,8 +12,10 @@ namespace vardento {
 
 namespace {
 
-constexpr double kScoreFloor = 0.5;   // keeps the log-odds of an extreme score finite
-constexpr float kRangeGrowth = 0.5F;  // logits a range must grow by for another pass
+constexpr double kScoreFloor = 0.5;        // keeps the log-odds of an extreme score finite
+constexpr float kRangeGrowth = 0.5F;       // logits a range must grow by for another pass
+constexpr float kUnseenChange = 0.00005F;  // logits: the table shows it as .0000
+constexpr int kIterationLimit = 32000;
 
 // Where an entry goes that has no responses left.
 StatusByte LostStatus(StatusByte status) {
@@ -35,30 +37,38 @@ double FlooredLogOdds(double passed, double failed) {
 }  // namespace
 
 void StartValues::Open() {
-  const bool repeated = run_.ActivePersons > 0;
+  Results& results = run_.results;
+  const bool repeated = !results.startValues.empty();
+  results.startValues.emplace_back();
   listener_.BeginProx();
   // The responses keep the codes of the data, so categories that the first phase has numbered keep
   // their codes as well: numbering them anew would tell one code for another once any was dropped.
   if (!repeated) NumberCategories(run_.arrays);
   for (float& value : run_.arrays.PersonTotalScore) value = 0;
   for (float& value : run_.arrays.PersonTotalCount) value = 0;
-  itemTotalScore_.assign(static_cast<std::size_t>(run_.settings.NI) + 1, 0.0);
-  itemTotalCount_.assign(static_cast<std::size_t>(run_.settings.NI) + 1, 0.0);
-  items_.assign(static_cast<std::size_t>(run_.settings.NI) + 1, ItemSums());
-  if (run_.settings.PTBIS == 'Y' && !biserial_.Allocate(run_)) run_.settings.PTBIS = 'N';
+  itemTotalScore_.Assign(run_.settings.NI);
+  itemTotalCount_.Assign(run_.settings.NI);
+  items_.Assign(run_.settings.NI);
+  OpenBiserial();
   if (repeated) return;
-  run_.ActivePersons = run_.NPERS;
-  run_.ActiveItems = run_.settings.NI;
-  run_.ActiveCategories = run_.NCATS;
+  results.ActivePersons = run_.NPERS;
+  results.ActiveItems = run_.settings.NI;
+  results.ActiveCategories = run_.NCATS;
+}
+
+void StartValues::OpenBiserial() {
+  if (!run_.inForce.pointBiserial || biserial_.Allocate(run_)) return;
+  run_.inForce.pointBiserial = false;
+  listener_.MissBiserial(PointBiserial::BytesFor(run_));
 }
 
 ProxRecord StartValues::RunPass() {
   ++iteration_;
   ProxRecord record;
   record.iteration = iteration_;
-  record.activePersons = run_.ActivePersons;
-  record.activeItems = run_.ActiveItems;
-  record.activeCategories = run_.ActiveCategories;
+  record.activePersons = run_.results.ActivePersons;
+  record.activeItems = run_.results.ActiveItems;
+  record.activeCategories = run_.results.ActiveCategories;
   listener_.BeginProxPass();
   ClearPass();
 
@@ -83,11 +93,12 @@ ProxRecord StartValues::RunPass() {
   record.itemRange = items.Range();
   record.measureChange = largestChange_;
   record.stepChange = scales.stepChange;
+  run_.results.startValues.back().push_back(record);
   listener_.EndProxPass(record);
-  run_.ActivePersons = persons.Count();
-  run_.ActiveItems = items.Count();
-  run_.ActiveCategories = scales.activeCategories;
-  run_.largestGroupTop = scales.largestTop;
+  run_.results.ActivePersons = persons.Count();
+  run_.results.ActiveItems = items.Count();
+  run_.results.ActiveCategories = scales.activeCategories;
+  run_.results.largestGroupTop = scales.largestTop;
   return record;
 }
 
@@ -104,7 +115,7 @@ void StartValues::ClearPass() {
   largestChange_ = 0;
   anchorShift_ = anchorWeight_ = 0;
   structureChanged_ = false;
-  run_.ItemAnchored = run_.PersonAnchored = false;
+  run_.results.ItemAnchored = run_.results.PersonAnchored = false;
 }
 
 bool StartValues::AllowsComplete() const {
@@ -128,10 +139,10 @@ void StartValues::PassOverPersons() {
 void StartValues::MeasurePerson(int person) {
   StatusByte status = WithoutCompleteFlag(run_.arrays.PersonStatus[person]);
   PersonSums sums;
-  PersonWorkRecord record;
+  PersonScores record;
   if (status >= Status::ExtremeLow) {
-    if (run_.settings.PTBIS == 'Y') {
-      record.correlation = firstPass_ ? 0.0F : ReadPersonWork(run_, person).correlation;
+    if (run_.inForce.pointBiserial) {
+      record.correlation = firstPass_ ? 0.0F : ReadPersonScores(run_, person).correlation;
     }
     sums = AddResponses(person, status);
     status = SettlePerson(status, sums, record.correlation);
@@ -140,12 +151,9 @@ void StartValues::MeasurePerson(int person) {
   const bool flagged = sums.complete && IsMeasured(status);
   run_.arrays.PersonStatus[person] =
       flagged ? static_cast<StatusByte>(status + Status::Complete) : status;
-  record.count = static_cast<float>(sums.count);
-  record.score = static_cast<float>(sums.raw);
-  record.error = static_cast<float>(sums.rawMax);
-  record.infit = static_cast<float>(sums.modelMax);
-  record.outfit = static_cast<float>(sums.model);
-  WritePersonWork(run_, person, record);
+  record.modelScore = static_cast<float>(sums.model);
+  record.modelMax = static_cast<float>(sums.modelMax);
+  WritePersonScores(run_, person, record);
 }
 
 StartValues::PersonSums StartValues::AddResponses(int person, StatusByte status) {
@@ -165,11 +173,10 @@ StartValues::PersonSums StartValues::AddResponses(int person, StatusByte status)
     }
     if (firstPass_) {
       // By code, which stays when categories are renumbered.
-      const auto item = static_cast<std::size_t>(hand.item);
       totalCount += hand.weight;
       totalScore += code * hand.weight;
-      itemTotalCount_[item] += pw;
-      itemTotalScore_[item] += code * pw;
+      itemTotalCount_[hand.item] += pw;
+      itemTotalScore_[hand.item] += code * pw;
     }
     if (biserial_.InUse()) biserial_.Add(hand.item, x, hand.weight, pw);
     AddObservation(hand, x, status, b, pw, sums);
@@ -192,7 +199,7 @@ void StartValues::AddObservation(const ItemInHand& hand, int x, StatusByte statu
     sums.d += hand.measure * iw;
     sums.dd += hand.measure * hand.measure * iw;
   }
-  ItemSums& item = items_[static_cast<std::size_t>(hand.item)];
+  ItemSums& item = items_[hand.item];
   if (personActive) {
     item.b += b * pw;
     item.bb += b * b * pw;
@@ -202,7 +209,7 @@ void StartValues::AddObservation(const ItemInHand& hand, int x, StatusByte statu
       item.rawMax += hand.tables.top * pw;
     }
     if (hand.active) {
-      const auto position = static_cast<std::size_t>(hand.start + x);
+      const int position = hand.start + x;
       const double w = pw * hand.pairFactor;
       const double d = b - hand.measure;
       categories_.count[position] += w;
@@ -248,7 +255,7 @@ StatusByte StartValues::SettlePerson(StatusByte status, PersonSums& sums, float&
 
 void StartValues::MovePerson(int person, StatusByte status, const PersonSums& sums) {
   if (IsAnchored(status)) {
-    run_.PersonAnchored = true;
+    run_.results.PersonAnchored = true;
     return;
   }
   const double mean = sums.d / sums.count;
@@ -276,18 +283,17 @@ void StartValues::MeasureItem(int item) {
   const StatusByte settled = SettleItem(item, status);
   if (settled != status) structureChanged_ = true;
   status = settled;
-  const ItemSums& sums = items_[static_cast<std::size_t>(item)];
+  const ItemSums& sums = items_[item];
   RunArrays& arrays = run_.arrays;
   arrays.ItemScore[item] = static_cast<float>(sums.score);
   arrays.ItemCount[item] = static_cast<float>(sums.count);
-  arrays.ItemRawMax[item] = static_cast<float>(sums.rawMax);
   arrays.ItemModelScore[item] = static_cast<float>(sums.model);
   arrays.ItemModelMax[item] = static_cast<float>(sums.modelMax);
   if (IsMeasured(status)) MoveItem(item, status);
 }
 
 StatusByte StartValues::SettleItem(int item, StatusByte status) {
-  ItemSums& sums = items_[static_cast<std::size_t>(item)];
+  ItemSums& sums = items_[item];
   if (sums.rawMax == 0) return LostStatus(status);
   if (status == Status::Active) {
     // The easiest item has the highest score: it stands at the minimum measure.
@@ -304,7 +310,7 @@ StatusByte StartValues::SettleItem(int item, StatusByte status) {
 }
 
 void StartValues::MoveItem(int item, StatusByte status) {
-  const ItemSums& sums = items_[static_cast<std::size_t>(item)];
+  const ItemSums& sums = items_[item];
   const double n = std::max(sums.count, kTiny);
   const double mean = sums.b / n;
   const double measure =
@@ -312,7 +318,7 @@ void StartValues::MoveItem(int item, StatusByte status) {
   float& d = run_.arrays.ItemMeasure[item];
   const double change = d - measure;
   if (IsAnchored(status)) {
-    run_.ItemAnchored = true;
+    run_.results.ItemAnchored = true;
     anchorShift_ -= change * ItemWeightOf(run_, item);
     anchorWeight_ += ItemWeightOf(run_, item);
     return;
@@ -356,9 +362,16 @@ bool StartValues::MustContinue(const ProxRecord& record, const ProxRecord& last)
   if (counting_) return true;
   if (run_.StopRequest == 1) return false;
   const int limit = run_.settings.MPROX;
-  if (limit == 0) return true;
+  // MPROX=0: the user ends the phase. A batch run has nobody to do so.
+  if (limit == 0) return !run_.batch || !HasSettled(record);
   return iteration_ < limit && (record.personRange - last.personRange > kRangeGrowth ||
                                 record.itemRange - last.itemRange > kRangeGrowth);
+}
+
+bool StartValues::HasSettled(const ProxRecord& record) const {
+  const bool still = std::fabs(record.measureChange) < kUnseenChange &&
+                     std::fabs(record.stepChange) < kUnseenChange;
+  return still || iteration_ >= kIterationLimit;
 }
 
 void StartValues::AdvancePhase() {
@@ -368,27 +381,25 @@ void StartValues::AdvancePhase() {
 
 void StartValues::LeaveTotals() {
   for (int i = 1; i <= run_.settings.NI; ++i) {
-    const auto item = static_cast<std::size_t>(i);
-    run_.arrays.ItemTotalScore[i] = static_cast<float>(itemTotalScore_[item]);
-    run_.arrays.ItemTotalCount[i] = static_cast<float>(itemTotalCount_[item]);
+    run_.arrays.ItemTotalScore[i] = static_cast<float>(itemTotalScore_[i]);
+    run_.arrays.ItemTotalCount[i] = static_cast<float>(itemTotalCount_[i]);
   }
 }
 
-void EstimateStartValues(Run& run, EstimationListener& listener) {
+bool EstimateStartValues(Run& run, EstimationListener& listener) {
   StartValues phase(run, listener);
   phase.Open();
   ProxRecord last;
   for (;;) {
     const ProxRecord record = phase.RunPass();
-    if (run.ActivePersons == 0 || run.ActiveItems == 0) {
-      FailRun(run, "No Non-Extreme Persons or Items, see RFILE=");
-    }
+    if (run.results.ActivePersons == 0 || run.results.ActiveItems == 0) return false;
     const bool more = phase.MustContinue(record, last);
     last = record;
     phase.AdvancePhase();
     if (!more) break;
   }
   phase.LeaveTotals();
+  return true;
 }
 
 }  // namespace vardento

@@ -2,9 +2,7 @@
 // runs it.
 #pragma once
 
-#include <vector>
-
-#include "measure/estimation_records.h"
+#include "measure/estimation_listener.h"
 #include "measure/observations.h"
 #include "measure/point_biserial.h"
 #include "measure/scale_structure.h"
@@ -15,13 +13,14 @@ namespace vardento {
 class StartValues {
  public:
   StartValues(Run& run, EstimationListener& listener) : run_(run), listener_(listener) {}
-  // The head of the table; the first numbering of the categories unless the phase runs once more.
+  // The head of the table; the first numbering of the categories unless the phase has run before.
   void Open();
   // One pass over persons, items and scales; the record of what it did. Begins by making the list
   // of measured items.
   ProxRecord RunPass();
   // Another pass follows, as the pass just run and the two ranges before it tell.
   bool MustContinue(const ProxRecord& record, const ProxRecord& last) const;
+  bool HasSettled(const ProxRecord& record) const;
   void AdvancePhase();
   void LeaveTotals();
 
@@ -36,6 +35,7 @@ class StartValues {
     double score = 0, count = 0, rawMax = 0, model = 0, modelMax = 0, b = 0, bb = 0;
   };
 
+  void OpenBiserial();
   void ClearPass();
   void PassOverPersons();
   void MeasurePerson(int person);
@@ -57,8 +57,9 @@ class StartValues {
   EstimationListener& listener_;
   PointBiserial biserial_;
   CategorySums categories_;
-  std::vector<ItemSums> items_;
-  std::vector<double> itemTotalScore_, itemTotalCount_;
+  // By item.
+  Vector1<ItemSums> items_;
+  Vector1<double> itemTotalScore_, itemTotalCount_;
   ItemWalk walk_;
 
   int iteration_ = 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "measure/category_model.h"
 #include "run/status.h"
@@ -13,13 +14,14 @@ namespace {
 // One group's steps while they are updated.
 class StepUpdate {
  public:
-  StepUpdate(Run& run, int group, const std::vector<double>& expected,
-             const std::vector<double>& target, StepChange& result)
+  StepUpdate(Run& run, int group, const Vector1<double>& expected, const Vector1<double>& target,
+             StepChange& result)
       : arrays_(run.arrays),
         group_(group),
         start_(run.arrays.GroupStart[group]),
         top_(run.arrays.GroupTop[group]),
         letter_(run.arrays.GroupModel[group]),
+        pivot_(run.given.GroupPivot[group]),
         expected_(expected),
         target_(target),
         result_(result),
@@ -42,8 +44,8 @@ class StepUpdate {
  private:
   int StatusAt(int k) const { return arrays_.StepStatus[start_ + k]; }
   float& StepAt(int k) { return arrays_.StepCalibration[start_ + k]; }
-  double Target(int k) const { return target_[static_cast<std::size_t>(start_ + k)]; }
-  double Expected(int k) const { return expected_[static_cast<std::size_t>(start_ + k)]; }
+  double Target(int k) const { return target_[start_ + k]; }
+  double Expected(int k) const { return expected_[start_ + k]; }
 
   // Observations that passed step k; those in category k or, in succession, in k or above.
   double Observed(int k) const {
@@ -117,8 +119,7 @@ class StepUpdate {
 
   // The shift that puts the expected score at the pivot; false when the pivot is outside the scale.
   bool FindPivotShift(double& shift) {
-    const double wanted =
-        static_cast<double>(arrays_.GroupPivot[group_]) - arrays_.CategoryToCode[start_];
+    const double wanted = static_cast<double>(pivot_) - arrays_.CategoryToCode[start_];
     if (wanted <= 0 || wanted >= top_) return false;
     const GroupModelTables tables = TablesOfGroup(arrays_, group_);
     shift = 0;
@@ -162,8 +163,9 @@ class StepUpdate {
   RunArrays& arrays_;
   int group_, start_, top_;
   char letter_;
-  const std::vector<double>& expected_;
-  const std::vector<double>& target_;
+  float pivot_;  // score point at which the item difficulty shall stand
+  const Vector1<double>& expected_;
+  const Vector1<double>& target_;
   StepChange& result_;
   std::vector<double> correction_;
   std::vector<float> previous_;
@@ -175,8 +177,7 @@ class StepUpdate {
 
 }  // namespace
 
-StepChange UpdateSteps(Run& run, const std::vector<double>& expected,
-                       const std::vector<double>& target) {
+StepChange UpdateSteps(Run& run, const Vector1<double>& expected, const Vector1<double>& target) {
   StepChange result;
   for (int g = 1; g <= run.NGROUPS; ++g) {
     if (run.arrays.GroupTop[g] > 0) StepUpdate(run, g, expected, target, result).Update();

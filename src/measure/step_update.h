@@ -1,8 +1,6 @@
 // Moves the step calibrations of all groups after one joint iteration.
 #pragma once
 
-#include <vector>
-
 #include "run/run.h"
 
 namespace vardento {
@@ -15,7 +13,6 @@ struct StepChange {
 
 // `expected`: by category position, expected counts ("R") or passes of the step; `target`: the
 // counts to be matched.
-StepChange UpdateSteps(Run& run, const std::vector<double>& expected,
-                       const std::vector<double>& target);
+StepChange UpdateSteps(Run& run, const Vector1<double>& expected, const Vector1<double>& target);
 
 }  // namespace vardento

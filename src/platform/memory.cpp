@@ -44,4 +44,10 @@ void MemoryBlock::Free() {
   budget_ = nullptr;
 }
 
+bool BlockPlan::Allocate(MemoryBudget& budget, MemoryBlock& block) const {
+  if (!block.Allocate(budget, bytes_)) return false;
+  for (const Cut& cut : cuts_) cut.set(cut.array, block.Data() + cut.place, cut.count);
+  return true;
+}
+
 }  // namespace vardento

@@ -4,6 +4,9 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <type_traits>
+#include <vector>
 
 namespace vardento {
 
@@ -66,24 +69,70 @@ class Array1 {
   int size_ = 0;
 };
 
-// Cuts arrays one after the other from a block. A type is aligned to its own size; the caller asks
-// for 4-byte arrays before byte arrays, so that nothing is lost between them.
-class BlockCutter {
+// Owns `size` elements whose index begins at 1: small tables of one phase. Large memory comes from
+// blocks, which can be refused.
+template <class T>
+class Vector1 {
  public:
-  explicit BlockCutter(const MemoryBlock& block) : next_(block.Data()), left_(block.Size()) {}
-  template <class T>
-  Array1<T> Cut(int count) {
-    const std::size_t bytes = sizeof(T) * static_cast<std::size_t>(count);
-    assert(bytes <= left_);
-    Array1<T> array(reinterpret_cast<T*>(next_), count);
-    next_ += bytes;
-    left_ -= bytes;
-    return array;
+  Vector1() = default;
+  explicit Vector1(int size, const T& value = T()) { Assign(size, value); }
+  void Assign(int size, const T& value = T()) {
+    elements_.assign(static_cast<std::size_t>(size), value);
   }
+  void Fill(const T& value) { elements_.assign(elements_.size(), value); }
+  T& operator[](int index) { return elements_[Place(index)]; }
+  const T& operator[](int index) const { return elements_[Place(index)]; }
+  int Size() const { return static_cast<int>(elements_.size()); }
+  auto begin() { return elements_.begin(); }
+  auto end() { return elements_.end(); }
+  auto begin() const { return elements_.begin(); }
+  auto end() const { return elements_.end(); }
 
  private:
-  unsigned char* next_;
-  std::size_t left_;
+  std::size_t Place(int index) const {
+    assert(index >= 1 && index <= Size());
+    return static_cast<std::size_t>(index - 1);
+  }
+
+  std::vector<T> elements_;
+};
+
+// The arrays of one block, each told once: that gives the block its size and cuts it. Every array
+// is aligned to its elements.
+class BlockPlan {
+ public:
+  template <class T>
+  BlockPlan& Add(Array1<T>& array, int count) {
+    static_assert(std::is_trivially_copyable_v<T>, "a block begins as zeros");
+    const std::size_t place = (bytes_ + alignof(T) - 1) / alignof(T) * alignof(T);
+    bytes_ = place + sizeof(T) * static_cast<std::size_t>(count);
+    cuts_.push_back({&array, place, count, &CutArray<T>});
+    return *this;
+  }
+  // The same number of elements for each of several arrays.
+  template <class T>
+  BlockPlan& Add(std::initializer_list<Array1<T>*> arrays, int count) {
+    for (Array1<T>* array : arrays) Add(*array, count);
+    return *this;
+  }
+  std::size_t Bytes() const { return bytes_; }
+  // Takes the block and sets the arrays to it; false, and nothing set, when it is refused.
+  bool Allocate(MemoryBudget& budget, MemoryBlock& block) const;
+
+ private:
+  struct Cut {
+    void* array;
+    std::size_t place;
+    int count;
+    void (*set)(void* array, unsigned char* first, int count);
+  };
+  template <class T>
+  static void CutArray(void* array, unsigned char* first, int count) {
+    *static_cast<Array1<T>*>(array) = Array1<T>(reinterpret_cast<T*>(first), count);
+  }
+
+  std::size_t bytes_ = 0;
+  std::vector<Cut> cuts_;
 };
 
 }  // namespace vardento

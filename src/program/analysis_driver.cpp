@@ -5,8 +5,10 @@
 #include "files/measure_files.h"
 #include "files/step_files.h"
 #include "measure/estimation.h"
+#include "measure/summary.h"
 #include "program/finish_run.h"
 #include "report/convergence_table.h"
+#include "report/phase_lines.h"
 #include "report/report_writer.h"
 #include "run/messages.h"
 
@@ -27,19 +29,29 @@ void ForgetStopRequest(Run& run) {
   run.console->ClearInterrupts();
 }
 
+void FindStartValues(Run& run, EstimationListener& listener) {
+  if (!EstimateStartValues(run, listener)) {
+    FailRun(run, "No Non-Extreme Persons or Items, see RFILE=");
+  }
+}
+
 void EstimateMeasures(Run& run) {
   ConvergenceTable convergence(run);
   run.StopRequest = 0;
   run.phases.Enter(Phase::StartValues);
-  EstimateStartValues(run, convergence);
+  FindStartValues(run, convergence);
   ForgetStopRequest(run);
-  const bool cut = run.settings.CUTLO != 0 || run.settings.CUTHI != 0;
-  if (cut && DropOutOfRange(run, convergence)) EstimateStartValues(run, convergence);
+  if (run.settings.CUTLO != 0 || run.settings.CUTHI != 0) {
+    DropOutOfRange(run, convergence);
+    if (run.results.rangeCut.dropped > 0) FindStartValues(run, convergence);
+  }
   ForgetStopRequest(run);
   CheckConnectivity(run);
+  TellConnectivity(run);
   ForgetStopRequest(run);
   run.phases.Enter(Phase::Joint);
   EstimateJoint(run, convergence);
+  TellConvergence(run);
   ClearStopRequest(run);
 }
 
@@ -72,26 +84,33 @@ void WriteOutputFiles(Run& run) {
   }
 }
 
-void WriteFilesAndTables(Run& run, const FitSummary& summary) {
+void WriteFilesAndTables(Run& run) {
   WriteOutputFiles(run);
   SaveReportFront(run);
-  run.settings.iselectMark = run.settings.pselectMark = false;
-  ReportContext context{.run = run, .summary = summary, .persons = {}, .items = {}};
+  ReportContext context{.run = run, .persons = {}, .items = {}};
   RunRequestedTables(context);
 }
 
 }  // namespace
 
-void AnalysisDriver(Run& run) {
+void MeasureRun(Run& run) {
+  BeginEstimation(run);
   EstimateMeasures(run);
   run.phases.Enter(Phase::Fit);
-  const FitSummary summary = ComputeFit(run);
+  WriteConsole(run, "  Calculating Fit Statistics");
+  ComputeFit(run);
+  TellResiduals(run);
+  SumUp(run);
+  ComputeCategoryPoints(run, run.settings.HIADJ, run.settings.LOWADJ);
+}
+
+void AnalysisDriver(Run& run) {
+  MeasureRun(run);
   run.phases.Enter(Phase::Output);
   PumpMessages(run);
   run.stores.responseMatrix.Free();
-  ComputeCategoryPoints(run, run.settings.HIADJ, run.settings.LOWADJ);
-  WriteRunSummary(run, summary);
-  if (run.StopRequest != 1) WriteFilesAndTables(run, summary);
+  WriteRunSummary(run);
+  if (run.StopRequest != 1) WriteFilesAndTables(run);
   WriteReportText(run, "^");
   ShowRunSummary(run);
   EchoSettings(run);

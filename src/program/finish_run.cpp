@@ -91,7 +91,6 @@ void FinishRun(Run& run) {
   if (run.finished) return;
   run.finished = true;
   const int status = run.RunIoStatus;
-  run.settings.MPROX = 0;
   run.console->SetMenuState(MenuState::AfterRun);
   AppendWorkFile(run, kFrontStem, "");
   AppendControlCopy(run);

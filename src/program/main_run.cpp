@@ -9,6 +9,7 @@
 #include "data/work_files.h"
 #include "files/later_files.h"
 #include "lists/entry_lists.h"
+#include "measure/estimation.h"
 #include "platform/clock.h"
 #include "program/analysis_driver.h"
 #include "program/finish_run.h"
@@ -50,6 +51,8 @@ void FormGroups(Run& run) {
   AssignGroups(run, run.arrays.ItemGroup);
   AllocateGroupBlock(run);
   AssignModels(run);
+  run.FixSettings();
+  run.inForce.scoring = DecideRescoring(run.settings);
 }
 
 // The data, from the first record to the scored rows in the work files.
@@ -57,7 +60,6 @@ void TakeInData(Run& run) {
   ReadItemDeletions(run);
   AllocatePersonStatusTrial(run);
   ReadPersonDeletions(run);
-  DecideRescoring(run.settings);
   ReadData(run);
   if (!run.settings.RFILE.empty()) WriteResponseFile(run);
   if (run.StopRequest == 1) {
@@ -72,7 +74,7 @@ void TakeInData(Run& run) {
 void PrepareEstimation(Run& run) {
   HoldPersonStatus(run);
   AllocateCategoryBlock(run);
-  AllocatePersonBlock(run);
+  AllocatePersonBlock(run, [&run](int persons) { return NeededByPhases(run, persons); });
   RestorePersonStatus(run);
   ReadPersonAnchors(run);
   ReadStepList(run);

@@ -146,6 +146,11 @@ void ConvergenceTable::BeginProx() {
   PutHeadOnConsole(run_, head);
 }
 
+void ConvergenceTable::MissBiserial(std::size_t bytes) {
+  ReportMessage(run_, std::to_string(bytes) +
+                          " bytes of memory not available. Point-biserial computation failed.");
+}
+
 void ConvergenceTable::BeginProxPass() { BreakPage(run_, ProxHead); }
 
 void ConvergenceTable::EndProxPass(const ProxRecord& record) { PutBoth(run_, ProxRow(record)); }

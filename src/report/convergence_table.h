@@ -1,7 +1,7 @@
 // The convergence table, on the report and on the console, from the records of the two phases.
 #pragma once
 
-#include "measure/estimation_records.h"
+#include "measure/estimation_listener.h"
 #include "run/run.h"
 
 namespace vardento {
@@ -10,6 +10,7 @@ class ConvergenceTable : public EstimationListener {
  public:
   explicit ConvergenceTable(Run& run) : run_(run) {}
   void BeginProx() override;
+  void MissBiserial(std::size_t bytes) override;
   void BeginProxPass() override;
   void EndProxPass(const ProxRecord& record) override;
   void BeginRangeCut(float low, float high) override;

@@ -66,7 +66,7 @@ bool ComponentsAsked(const Run& run, const Subtable& s) {
 }
 // Without item labels the alphabetical order is the entry order, which Table 14 prints already.
 bool IsTable14Instead(const Run& run) {
-  const std::string& tables = run.settings.TABLES;
+  const std::string& tables = run.inForce.TABLES;
   return run.settings.INUMB == 'Y' && tables.size() >= 14 && tables[13] == '1';
 }
 bool AlphabeticalAsked(const Run& run, const Subtable& s) {
@@ -95,8 +95,7 @@ void PrintInFitOrder(ReportContext& context) {
 
 template <Facet F>
 void PrintInMeasureOrder(ReportContext& context) {
-  const FacetArrays arrays = ArraysOf(context.run, F);
-  SortByValue('M', arrays, arrays.measure, ListOf(context, F));
+  SortByValue(context.run, F, 'M', ListOf(context, F));
   MeasureTable(context, F, "MEASURE").Print();
 }
 
@@ -117,16 +116,12 @@ void PrintInAlphabeticalOrder(ReportContext& context) {
 }
 
 void PrintInDisplacementOrder(ReportContext& context) {
-  const Run& run = context.run;
-  SortByValue('D', ArraysOf(run, Facet::Items), run.arrays.ItemDisplacement,
-              ListOf(context, Facet::Items));
+  SortByValue(context.run, Facet::Items, 'D', ListOf(context, Facet::Items));
   MeasureTable(context, Facet::Items, "DISPLACEMENT").Print();
 }
 
 void PrintInCorrelationOrder(ReportContext& context) {
-  const Run& run = context.run;
-  SortByValue('P', ArraysOf(run, Facet::Items), run.arrays.ItemCorrelation,
-              ListOf(context, Facet::Items));
+  SortByValue(context.run, Facet::Items, 'P', ListOf(context, Facet::Items));
   MeasureTable(context, Facet::Items, "CORRELATION").Print();
 }
 

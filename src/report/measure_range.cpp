@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "measure/entry_values.h"
+#include "run/user_scale.h"
 
 namespace vardento {
 namespace {
@@ -26,21 +27,23 @@ struct Range {
   }
 };
 
-void TakeItems(const Run& run, const Array1<float>& boundaries, Range& range) {
+void TakeItems(const Run& run, const Array1<double>& boundaries, Range& range) {
   const RunArrays& arrays = run.arrays;
   const int table = run.request.CurrentTable;
   const bool withCategories = IsOneOf(table, {1, 2, 3, 7, 12, 16, 17, 18, 19, 21});
   const int lowest = IsOneOf(table, {1, 12, 16}) ? 1 : 0;
+  const UserScale distance(run.settings);
   for (int i = 1; i <= arrays.ItemStatus.Size(); ++i) {
     if (!IsActive(arrays.ItemStatus[i])) continue;
     const int group = arrays.ItemGroup[i];
     const int top = arrays.GroupTop[group];
+    const float measure = MeasureOf(run, Facet::Items, i);
     if (top < 2 || !withCategories) {
-      range.Take(arrays.ItemMeasure[i]);
+      range.Take(measure);
     } else {
       const int start = arrays.GroupStart[group];
-      range.Take(arrays.ItemMeasure[i] + boundaries[start + lowest]);
-      range.Take(arrays.ItemMeasure[i] + boundaries[start + top]);
+      range.Take(measure + distance.Distance(boundaries[start + lowest]));
+      range.Take(measure + distance.Distance(boundaries[start + top]));
     }
   }
 }
@@ -48,11 +51,11 @@ void TakeItems(const Run& run, const Array1<float>& boundaries, Range& range) {
 void TakePersons(const Run& run, Range& range) {
   const RunArrays& arrays = run.arrays;
   for (int n = 1; n <= arrays.PersonStatus.Size(); ++n) {
-    if (IsActive(arrays.PersonStatus[n])) range.Take(arrays.PersonMeasure[n]);
+    if (IsActive(arrays.PersonStatus[n])) range.Take(MeasureOf(run, Facet::Persons, n));
   }
 }
 
-Range RangeOfData(const Run& run, const Array1<float>& boundaries) {
+Range RangeOfData(const Run& run, const Array1<double>& boundaries) {
   const ControlSettings& settings = run.settings;
   Range range;
   if (settings.MRANGE != 0) {
@@ -77,7 +80,7 @@ float UnitOf(float span) { return span < 50 ? 1.0F : span < 500 ? 10.0F : 100.0F
 
 }  // namespace
 
-void MeasureRange(ReportContext& context, const Array1<float>& boundaries) {
+void MeasureRange(ReportContext& context, const Array1<double>& boundaries) {
   const Run& run = context.run;
   Range range = RangeOfData(run, boundaries);
   if (IsOneOf(run.request.CurrentTable, {3, 21})) {

@@ -10,9 +10,9 @@ namespace vardento {
 
 // Sets the context's rangeLow, rangeHigh (user units, whole multiples of rangeUnit), rangeUnit (1,
 // 10 or 100) and rangeSpan (whole units between them). `boundaries` holds, at the position of each
-// category of each group, the boundary below it in user units from the item's measure; the Tables
-// that show categories widen the range by it.
-void MeasureRange(ReportContext& context, const Array1<float>& boundaries);
+// category of each group, the boundary below it in logits from the item's measure; the Tables that
+// show categories widen the range by it.
+void MeasureRange(ReportContext& context, const Array1<double>& boundaries);
 
 // The horizontal measure axis of a character plot.
 struct PlotAxis {

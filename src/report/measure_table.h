@@ -54,7 +54,7 @@ class MeasureTable {
 
   // The closing rows.
   void PutClose();
-  void PutSummaryRow(std::string_view word, float StatSlot::*statistic);
+  void PutSummaryRow(std::string_view word, float Statistic::*value);
 
   ReportContext& context_;
   Run& run_;

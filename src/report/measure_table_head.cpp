@@ -33,15 +33,16 @@ MeasureTable::MeasureTable(ReportContext& context, Facet facet, std::string_view
       orderWord_(orderWord),
       fitOrder_(orderWord.find("FIT") != std::string_view::npos),
       weighColumn_(arrays_.weight.Size() > 0),
-      displaceColumn_((persons_ ? run_.PersonDisplaced : run_.ItemDisplaced) ||
-                      run_.request.CurrentTable == kDisplacementTable),
+      displaceColumn_(
+          (persons_ ? run_.results.fit.PersonDisplaced : run_.results.fit.ItemDisplaced) ||
+          run_.request.CurrentTable == kDisplacementTable),
       fractionalScores_(HasFraction(arrays_.otherWeight)),
       field_(DecideLabelField()) {}
 
 void MeasureTable::Print() {
   PutPageHeading(run_, 0);
   ReportLine line;
-  line.At(2).Text(run_.RunDigest, 100);
+  line.At(2).Text(run_.results.RunDigest, 100);
   PutReportLine(run_, line);
   PutBlankLine(run_);
   PutTitle();
@@ -57,7 +58,7 @@ MeasureTable::LabelField MeasureTable::DecideLabelField() const {
     field.width = field.labelWidth + 1;
     return field;
   }
-  field.labelWidth = settings_.ITLEN;
+  field.labelWidth = run_.inForce.ITLEN;
   field.width = field.labelWidth + 1;
   const Array1<char>& models = run_.arrays.GroupModel;
   const bool modelColumn =

@@ -135,7 +135,7 @@ void MeasureTable::PutEntryTail(ReportLine& line, int entry, const EntryValues& 
 }
 
 void MeasureTable::PutRow(int n, int entry) {
-  const EntryValues values = ReadEntryValues(run_, facet_, entry);
+  const EntryValues values = ReadShownValues(run_, facet_, entry);
   ReportLine line;
   PutBar(line, 2);
   line.Integer(entry, 6);
@@ -167,24 +167,23 @@ void MeasureTable::SendToScreenSummary(const ReportLine& line) {
 
 void MeasureTable::PutClose() {
   PutReportLine(run_, Rule(Box::LeftTee, Box::Cross, Box::RightTee));
-  PutSummaryRow("MEAN", &StatSlot::mean);
-  PutSummaryRow("S.D.", &StatSlot::sd);
+  PutSummaryRow("MEAN", &Statistic::mean);
+  PutSummaryRow("S.D.", &Statistic::sd);
   PutReportLine(run_, Rule(Box::BottomLeft, Box::BottomTee, Box::BottomRight));
 }
 
-void MeasureTable::PutSummaryRow(std::string_view word, float StatSlot::*statistic) {
-  const FitSummary& summary = context_.summary;
-  const int first = persons_ ? kPersonSlots : kItemSlots;
-  const auto value = [&](int offset) { return summary[first + offset].*statistic; };
-  const int realError = persons_ ? kPersonRealError : kItemRealError;
+void MeasureTable::PutSummaryRow(std::string_view word, float Statistic::*value) {
+  const Summary& summary = run_.results.summary;
+  const FacetSummary& facet = persons_ ? summary.persons : summary.items;
+  const Statistic& error = settings_.REALSE == 'Y' ? facet.realError : facet.error;
   ReportLine line;
   PutBar(line, 2);
-  line.At(4).Text(word).Fixed(value(0), 8, 0).Fixed(value(1), 7, 0);
-  PutMeasure(line, settings_, value(2));
-  PutMeasure(line, settings_, settings_.REALSE == 'Y' ? summary[realError].*statistic : value(3));
+  line.At(4).Text(word).Fixed(facet.score.*value, 8, 0).Fixed(facet.count.*value, 7, 0);
+  PutMeasure(line, settings_, facet.measure.*value);
+  PutMeasure(line, settings_, error.*value);
   PutFitBars(line);
-  PutFit(line.At(40), value(4), value(5));
-  PutFit(line.At(51), value(6), value(7));
+  PutFit(line.At(40), facet.infit.*value, facet.infitZ.*value);
+  PutFit(line.At(51), facet.outfit.*value, facet.outfitZ.*value);
   PutTail(line, {});
   PutReportLine(run_, line);
 }

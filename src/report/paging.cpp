@@ -61,10 +61,10 @@ void PutCountsLine(Run& run) {
   line.Text(" INPUT: ");
   count(line, run.personsRead, settings.PERSONS_LABEL);
   count(line.Text(", "), settings.NI, settings.ITEMS_LABEL);
-  if (run.ActivePersons > 0) {
-    count(line.Text("  ANALYZED: "), run.ActivePersons, settings.PERSONS_LABEL);
-    count(line.Text(", "), run.ActiveItems, settings.ITEMS_LABEL);
-    count(line.Text(", "), run.ActiveCategories, "CATS");
+  if (run.results.ActivePersons > 0) {
+    count(line.Text("  ANALYZED: "), run.results.ActivePersons, settings.PERSONS_LABEL);
+    count(line.Text(", "), run.results.ActiveItems, settings.ITEMS_LABEL);
+    count(line.Text(", "), run.results.ActiveCategories, "CATS");
   }
   if (IsBlank(line, 67, 74)) line.At(68).Text(kProgramName);
   if (IsBlank(line, 76, 80)) line.At(77).Text(HeadingVersion());
@@ -105,7 +105,7 @@ void PutPageHeading(Run& run, int blankLines) {
   PutTitleLine(run, newPage);
   if (run.personsRead > 0) PutCountsLine(run);
   // Measures of different subsets can't be compared: every page says so.
-  if (!run.connectivityText.empty()) WriteReportText(run, run.connectivityText);
+  if (!run.results.connectivityText.empty()) WriteReportText(run, run.results.connectivityText);
   ReportLine rule;
   rule.At(2).Repeat(Box::Horizontal, kHeadingRule);
   PutReportLine(run, rule);

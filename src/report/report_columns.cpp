@@ -16,8 +16,9 @@ void PutFit(ReportLine& line, double meanSquare, double standardised) {
   line.Fixed(meanSquare, 4, 2).Fixed(standardised, 6, 1);
 }
 
-void PutSummaryFit(ReportLine& line, double infit, double infitZ, double outfit, double outfitZ) {
-  line.At(51).Fixed(infit, 7, 2).Fixed(infitZ, 7, 1).Fixed(outfit, 7, 2).Fixed(outfitZ, 7, 1);
+void PutSummaryFit(ReportLine& line, const FacetSummary& summary, float Statistic::*value) {
+  line.At(51).Fixed(summary.infit.*value, 7, 2).Fixed(summary.infitZ.*value, 7, 1);
+  line.Fixed(summary.outfit.*value, 7, 2).Fixed(summary.outfitZ.*value, 7, 1);
 }
 
 void PutBar(ReportLine& line, int column) { line.At(column).Repeat(Box::Vertical, 1); }

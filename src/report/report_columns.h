@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "measure/estimation.h"
 #include "report/report_writer.h"
 
 namespace vardento {
@@ -15,7 +14,7 @@ void PutMeasure(ReportLine& line, const ControlSettings& settings, double value)
 // Mean-square in 4 columns and its standardised value in 6: the columns of entry lists.
 void PutFit(ReportLine& line, double meanSquare, double standardised);
 // INFIT and OUTFIT of a summary box, 28 columns from column 51 on.
-void PutSummaryFit(ReportLine& line, double infit, double infitZ, double outfit, double outfitZ);
+void PutSummaryFit(ReportLine& line, const FacetSummary& summary, float Statistic::*value);
 
 // Vertical rule at a column.
 void PutBar(ReportLine& line, int column);

@@ -7,7 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "measure/estimation.h"
 #include "run/run.h"
 
 namespace vardento {
@@ -40,10 +39,9 @@ struct SelectedList {
   char order = ' ';
 };
 
-// What the Table writers share: the run, its summary, the lists that survive between Tables.
+// What the Table writers share: the run and the lists that survive between Tables.
 struct ReportContext {
   Run& run;
-  FitSummary summary;
   SelectedList persons, items;
   float rangeLow = 0, rangeHigh = 0, rangeUnit = 1;  // left by MeasureRange
   int rangeSpan = 0;
@@ -70,8 +68,8 @@ void RunRequestedTables(ReportContext& context);
 // Fills run.request from one line of up to 80 characters.
 void ParseTableRequest(TableRequest& request, std::string_view line);
 
-// The summary box of the run, to the report and the summary lines; leaves run.RunDigest.
-void WriteRunSummary(Run& run, const FitSummary& summary);
+// The summary box of the run, to the report and the summary lines; leaves results.RunDigest.
+void WriteRunSummary(Run& run);
 // Copies the summary lines to the console and says where the report is.
 void ShowRunSummary(Run& run);
 

@@ -24,18 +24,11 @@ void PutBoth(Run& run, const ReportLine& line) {
   PutReportLine(run, line);
 }
 
-// What one half of the box shows.
-struct Half {
-  Facet facet;
-  int input, measured;
-  int firstSlot, realErrorSlot;
-};
-
-void PutHalfHead(Run& run, const Half& half) {
+void PutHalfHead(Run& run, Facet facet, int input, int measured) {
   ReportLine line;
   PutBar(line, 2);
-  line.Text(TrimRight(PluralLabel(run.settings, half.facet))).Integer(half.input, 7);
-  line.Text(" INPUT ").Integer(half.measured, 7).Text(" MEASURED");
+  line.Text(TrimRight(PluralLabel(run.settings, facet))).Integer(input, 7);
+  line.Text(" INPUT ").Integer(measured, 7).Text(" MEASURED");
   line.At(56).Text("INFIT").At(70).Text("OUTFIT");
   PutBar(line, kBarColumn);
   PutBoth(run, line);
@@ -48,49 +41,50 @@ void PutHalfHead(Run& run, const Half& half) {
   PutBoth(run, line);
 }
 
-void PutStatisticRow(Run& run, std::string_view word, const Half& half, const FitSummary& summary,
-                     float StatSlot::*statistic) {
-  const auto value = [&](int offset) { return summary[half.firstSlot + offset].*statistic; };
+void PutStatisticRow(Run& run, std::string_view word, const FacetSummary& summary,
+                     float Statistic::*value) {
   ReportLine line;
   PutBar(line, 2);
   line.At(4).Text(word);
-  line.At(10).Fixed(value(0), 8, 1).At(20).Fixed(value(1), 8, 1);
-  line.At(32).Fixed(value(2), 8, 2).At(40).Fixed(summary[half.realErrorSlot].*statistic, 8, 2);
-  PutSummaryFit(line, value(4), value(5), value(6), value(7));
+  line.At(10).Fixed(summary.score.*value, 8, 1).At(20).Fixed(summary.count.*value, 8, 1);
+  line.At(32).Fixed(summary.measure.*value, 8, 2).At(40).Fixed(summary.realError.*value, 8, 2);
+  PutSummaryFit(line, summary, value);
   PutBar(line, kBarColumn);
   PutBoth(run, line);
 }
 
-void PutHalf(Run& run, const Half& half, const FitSummary& summary) {
-  PutHalfHead(run, half);
-  PutStatisticRow(run, "MEAN", half, summary, &StatSlot::mean);
-  PutStatisticRow(run, "S.D.", half, summary, &StatSlot::sd);
-  const StatSlot& error = summary[half.realErrorSlot];
-  const SeparationValues values = Separation(error.sd, error.mean, summary[half.firstSlot + 2].sd);
-  const std::string& label = SingularLabel(run.settings, half.facet);
+// One half of the box, and its part of the digest.
+void PutHalf(Run& run, Facet facet, int input) {
+  const bool persons = facet == Facet::Persons;
+  const Summary& both = run.results.summary;
+  const FacetSummary& summary = persons ? both.persons : both.items;
+  PutHalfHead(run, facet, input, summary.measured);
+  PutStatisticRow(run, "MEAN", summary, &Statistic::mean);
+  PutStatisticRow(run, "S.D.", summary, &Statistic::sd);
+  const SeparationValues& values = summary.realSeparation;
+  const std::string& label = SingularLabel(run.settings, facet);
   PutBoth(run, SeparationRow(" REAL", values, {label, 6, true, kBarColumn}));
-  run.RunDigest.append(TrimRight(label)).append(": REAL SEP.: ");
-  run.RunDigest.append(PlainNumber(values.SeparationIndex, 10, 2));
-  run.RunDigest.append("  REL.: ").append(PlainNumber(values.Reliability, 10, 2));
+  std::string& digest = run.results.RunDigest;
+  digest.append(TrimRight(label)).append(": REAL SEP.: ");
+  digest.append(PlainNumber(values.SeparationIndex, 10, 2));
+  digest.append("  REL.: ").append(PlainNumber(values.Reliability, 10, 2));
 }
 
 }  // namespace
 
-void WriteRunSummary(Run& run, const FitSummary& summary) {
-  run.RunDigest.clear();
+void WriteRunSummary(Run& run) {
+  std::string& digest = run.results.RunDigest;
+  digest.clear();
   ReportLine title;
   title.At(2).Text(TrimRight(run.settings.TITLE));
   PutBoth(run, title);
   PutBoth(run, BoxRule(Box::TopLeft, kRuleLength, Box::TopRight));
-  const Half persons{Facet::Persons, run.personsRead, run.ActivePersons, kPersonSlots,
-                     kPersonRealError};
-  PutHalf(run, persons, summary);
+  PutHalf(run, Facet::Persons, run.personsRead);
   PutBoth(run, BoxRule(Box::LeftTee, kRuleLength, Box::RightTee));
-  run.RunDigest.append(" ... ");
-  const Half items{Facet::Items, run.settings.NI, run.ActiveItems, kItemSlots, kItemRealError};
-  PutHalf(run, items, summary);
+  digest.append(" ... ");
+  PutHalf(run, Facet::Items, run.settings.NI);
   PutBoth(run, BoxRule(Box::BottomLeft, kRuleLength, Box::BottomRight));
-  if (run.RunDigest.size() > kDigestLength) run.RunDigest.resize(kDigestLength);
+  if (digest.size() > kDigestLength) digest.resize(kDigestLength);
 }
 
 void ShowRunSummary(Run& run) {

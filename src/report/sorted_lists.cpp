@@ -82,7 +82,7 @@ int DecideStartColumn(Run& run, Facet facet) {
 int LongestLabelOf(const Run& run, Facet facet) {
   if (facet == Facet::Persons) return std::clamp(run.LongestLabel, 1, kLastColumn);
   const int stored = static_cast<int>(run.stores.itemLabels.RecordLength());
-  return std::clamp(std::max(stored, run.settings.ITLEN), 1, kLastColumn);
+  return std::clamp(std::max(stored, run.inForce.ITLEN), 1, kLastColumn);
 }
 
 // Sorts with all labels in one block; false when the block can't be had.
@@ -102,6 +102,12 @@ bool SortInMemory(Run& run, Facet facet, SelectedList& list, int start, int widt
     return order != 0 ? order < 0 : a < b;
   });
   return true;
+}
+
+float KeyOf(Run& run, Facet facet, char kind, int entry) {
+  if (kind == 'M') return MeasureOf(run, facet, entry);
+  const EntryValues values = ReadEntryValues(run, facet, entry);
+  return kind == 'P' ? -values.correlation : values.displacement;
 }
 
 }  // namespace
@@ -126,14 +132,14 @@ void SortByFit(Run& run, const FacetArrays& arrays, SelectedList& list) {
   list.order = 'F';
 }
 
-void SortByValue(char letter, const FacetArrays& arrays, const Array1<float>& keys,
-                 SelectedList& list) {
+void SortByValue(Run& run, Facet facet, char letter, SelectedList& list) {
   const char kind = UpperCase(letter);
-  const bool withExtremes = kind == 'M' || kind == 'D';
-  TakeAbove(list, arrays.status, withExtremes ? Status::NoResponses : Status::ExtremeHigh);
-  const float sign = letter == 'P' ? -1.0F : 1.0F;
+  const FacetArrays arrays = ArraysOf(run, facet);
+  TakeAbove(list, arrays.status, kind == 'P' ? Status::ExtremeHigh : Status::NoResponses);
+  Vector1<float> keys(arrays.Count());
+  for (const int entry : list.entries) keys[entry] = KeyOf(run, facet, kind, entry);
   SortByKey(
-      list.entries, [&](int entry) { return sign * keys[entry]; }, kind == letter);
+      list.entries, [&keys](int entry) { return keys[entry]; }, kind == letter);
   list.order = letter;
 }
 

@@ -17,12 +17,12 @@ void ListInEntryOrder(SelectedList& list, int count);
 // the larger of INFIT and OUTFIT standardised. Keys closer than 0.0001 go by entry number. Tag "F".
 void SortByFit(Run& run, const FacetArrays& arrays, SelectedList& list);
 
-// By `keys`, largest first; for "P" smallest first. Letters F, f, G, g, P, p take entries of status
-// above 0; M, m, D, d those of status above -2, so that extreme scores are listed. Keys closer than
-// 0.0001 go by ascending entry number for a capital letter, descending for a small one. The tag is
-// the letter.
-void SortByValue(char letter, const FacetArrays& arrays, const Array1<float>& keys,
-                 SelectedList& list);
+// By a value of each entry in the user's units, largest first: "M" the measure, "D" the
+// displacement; "P" the correlation, smallest first. "P" takes entries of status above 0; "M" and
+// "D" those of status above -2, so that extreme scores are listed. A small letter takes the same
+// value; keys closer than 0.0001 go by ascending entry number for a capital letter, descending for
+// a small one. The tag is the letter.
+void SortByValue(Run& run, Facet facet, char letter, SelectedList& list);
 
 // Entries of status above -2 by their labels from a start column on: slot 5 of the request when
 // given, else ISORT= or PSORT=; stored back in slot 5. Tag "A".

@@ -64,7 +64,7 @@ void DispatchIfPrintable(ReportContext& context) {
 bool StopWanted(const Run& run) { return run.StopRequest != 0; }
 
 void RunTables(ReportContext& context) {
-  const std::string& tables = context.run.settings.TABLES;
+  const std::string& tables = context.run.inForce.TABLES;
   for (int table = 1; table <= kLastTable && !StopWanted(context.run); ++table) {
     const std::size_t place = static_cast<std::size_t>(table - 1);
     if (place >= tables.size() || tables[place] != '1') continue;
@@ -124,7 +124,7 @@ void RunRequestedTables(ReportContext& context) {
   context.items.order = ' ';
   RunTables(context);
   if (TrimRight(run.settings.TFILE).empty()) return;
-  run.settings.TABLES.clear();
+  run.inForce.TABLES.clear();
   RunTableList(context);
 }
 

@@ -12,12 +12,13 @@ namespace {
 constexpr std::size_t kSpare = 32;
 constexpr int kTrialPersons = 1'000'000;
 constexpr int kFewestTrialPersons = 10;
-constexpr std::size_t kPersonBytes = 33;
-constexpr std::size_t kProbeBytes = 25;  // by which the search for a smaller block measures
 
 std::size_t Size(int count) { return static_cast<std::size_t>(count); }
 
-[[noreturn]] void FailForMemory(Run& run, std::size_t bytes, int count, std::string_view word) {
+}  // namespace
+
+void FailForMemory(Run& run, std::size_t bytes, int count, std::string_view word) {
+  run.RunIoStatus = -2;
   std::string text = integer_field(static_cast<long long>(bytes), 10);
   text += " bytes of memory not available. NOT ENOUGH MEMORY FOR";
   text += integer_field(count, 8);
@@ -28,11 +29,11 @@ std::size_t Size(int count) { return static_cast<std::size_t>(count); }
   FailRun(run, text);
 }
 
-void AllocateOrFail(Run& run, MemoryBlock& block, std::size_t bytes, int count,
+namespace {
+
+void AllocateOrFail(Run& run, MemoryBlock& block, const BlockPlan& plan, int count,
                     std::string_view word) {
-  if (block.Allocate(run.memory, bytes)) return;
-  run.RunIoStatus = -2;
-  FailForMemory(run, bytes, count, word);
+  if (!plan.Allocate(run.memory, block)) FailForMemory(run, plan.Bytes(), count, word);
 }
 
 // A text of one field for each item, or of one value for all of them.
@@ -41,46 +42,52 @@ std::size_t TextBytes(const ControlSettings& settings, int state) {
   return (perItem ? Size(settings.NI) * Size(settings.XWIDE) : 1) + kSpare;
 }
 
-bool FitsPersons(Run& run, int persons, std::size_t bytesEach) {
-  MemoryBlock probe;
-  return probe.Allocate(run.memory, bytesEach * Size(persons) + kSpare);
+// The arrays of so many persons. They are set when the plan is carried out.
+BlockPlan PlanPersons(Run& run, int persons) {
+  RunArrays& arrays = run.arrays;
+  BlockPlan plan;
+  plan.Add({&arrays.PersonMeasure, &arrays.PersonTotalScore, &arrays.PersonTotalCount,
+            &arrays.PersonInfit, &arrays.PersonOutfit, &arrays.PersonInfitZ, &arrays.PersonOutfitZ},
+           persons);
+  plan.Add({&arrays.PersonStatus, &run.given.PersonStatus}, persons);
+  return plan;
+}
+
+BlockPlan PlanWeights(Run& run, int persons) {
+  const bool ofItems = !run.inForce.IWEIGHT.empty();
+  BlockPlan plan;
+  plan.Add(run.given.PersonWeight, run.inForce.PWEIGHT.empty() ? 0 : persons);
+  plan.Add(run.given.ItemWeight, ofItems ? run.settings.NI : 0);
+  plan.Add(run.arrays.GroupMaxWeight, ofItems ? run.NGROUPS : 0);
+  return plan;
+}
+
+// Room for so many persons is left now, with what the rest of the run can't do without.
+bool FitsPersons(Run& run, int persons, const NeededBytes& neededLater) {
+  MemoryBlock arrays, weights, later;
+  return arrays.Allocate(run.memory, PlanPersons(run, persons).Bytes()) &&
+         weights.Allocate(run.memory, PlanWeights(run, persons).Bytes()) &&
+         later.Allocate(run.memory, neededLater(persons));
 }
 
 // The largest number of persons from 1 to `most` that fits, 0 when none does.
-int FindFittingPersons(Run& run, int most, std::size_t bytesEach) {
+int FindFittingPersons(Run& run, int most, const NeededBytes& neededLater) {
   int good = 0;
   for (int bad = most + 1; bad - good > 1;) {
     const int middle = good + (bad - good) / 2;
-    (FitsPersons(run, middle, bytesEach) ? good : bad) = middle;
+    (FitsPersons(run, middle, neededLater) ? good : bad) = middle;
   }
   return good;
 }
 
-void CutPersonBlock(Run& run) {
-  RunArrays& arrays = run.arrays;
-  BlockCutter cutter(run.personBlock);
-  for (Array1<float>* array : {&arrays.PersonMeasure, &arrays.PersonTotalScore,
-                               &arrays.PersonTotalCount, &arrays.PersonError, &arrays.PersonInfit,
-                               &arrays.PersonOutfit, &arrays.PersonInfitZ, &arrays.PersonOutfitZ}) {
-    *array = cutter.Cut<float>(run.NPERS);
-  }
-  arrays.PersonStatus = cutter.Cut<StatusByte>(run.NPERS);
-}
-
 // Keeps as many persons as memory takes; the rest of the run knows no others.
-void ReducePersons(Run& run, std::size_t bytes) {
+void ReducePersons(Run& run, const NeededBytes& neededLater) {
+  const int read = run.NPERS;
+  const std::size_t bytes = PlanPersons(run, read).Bytes();
   ReportMessage(
       run, std::to_string(bytes) + " bytes of memory not available. Complete analysis not done.");
-  const int read = run.NPERS;
-  int kept = FindFittingPersons(run, read - 1, kProbeBytes);
-  // The probe is smaller than the block: what it promises may still be too much.
-  if (kept > 0 && !FitsPersons(run, kept, kPersonBytes)) {
-    kept = FindFittingPersons(run, kept, kPersonBytes);
-  }
-  if (kept < 1 || !run.personBlock.Allocate(run.memory, kPersonBytes * Size(kept) + kSpare)) {
-    run.RunIoStatus = -2;
-    FailForMemory(run, bytes, read, run.settings.PERSONS_LABEL);
-  }
+  const int kept = FindFittingPersons(run, read - 1, neededLater);
+  if (kept < 1) FailForMemory(run, bytes, read, run.settings.PERSONS_LABEL);
   run.NPERS = kept;
   ReportMessage(run, " ONLY FIRST" + integer_field(kept, 8) + " OF" + integer_field(read, 8) + " " +
                          run.settings.PERSONS_LABEL + " PROCESSED DUE TO MEMORY LIMITS");
@@ -100,24 +107,21 @@ StatusByte DefaultStatus(const Run& run) {
 
 void AllocateItemBlock(Run& run) {
   const int items = run.settings.NI;
-  AllocateOrFail(run, run.itemBlock, 74 * Size(items) + 8, items, run.settings.ITEMS_LABEL);
   RunArrays& arrays = run.arrays;
-  BlockCutter cutter(run.itemBlock);
-  for (Array1<float>* array :
-       {&arrays.ItemMeasure, &arrays.ItemScore, &arrays.ItemCount, &arrays.ItemRawMax,
-        &arrays.ItemModelScore, &arrays.ItemModelMax, &arrays.ItemTotalScore,
-        &arrays.ItemTotalCount, &arrays.ItemExpected, &arrays.ItemExpectedOffset, &arrays.ItemError,
-        &arrays.ItemInfit, &arrays.ItemOutfit, &arrays.ItemInfitZ, &arrays.ItemOutfitZ,
-        &arrays.ItemCorrelation, &arrays.ItemDisplacement}) {
-    *array = cutter.Cut<float>(items);
-  }
-  arrays.ItemGroup = cutter.Cut<std::int32_t>(items);
-  arrays.ItemStatus = cutter.Cut<StatusByte>(items);
-  arrays.ScoredRow = cutter.Cut<std::uint8_t>(items);
+  BlockPlan plan;
+  plan.Add({&arrays.ItemError, &arrays.ItemDisplacement}, items);
+  plan.Add({&arrays.ItemMeasure, &arrays.ItemScore, &arrays.ItemCount, &arrays.ItemModelScore,
+            &arrays.ItemModelMax, &arrays.ItemTotalScore, &arrays.ItemTotalCount, &arrays.ItemInfit,
+            &arrays.ItemOutfit, &arrays.ItemInfitZ, &arrays.ItemOutfitZ, &arrays.ItemCorrelation},
+           items);
+  plan.Add(arrays.ItemGroup, items);
+  plan.Add({&arrays.ItemStatus, &run.given.ItemStatus}, items);
+  plan.Add(arrays.ScoredRow, items);
+  AllocateOrFail(run, run.itemBlock, plan, items, run.settings.ITEMS_LABEL);
 }
 
 void ReserveItemTexts(Run& run) {
-  ControlSettings& settings = run.settings;
+  const ControlSettings& settings = run.settings;
   const std::size_t items = Size(settings.NI);
   const std::size_t width = Size(settings.XWIDE);
   // A refusal is only remembered: one message stands for all of these.
@@ -128,7 +132,6 @@ void ReserveItemTexts(Run& run) {
     refused = bytes;
   };
   reserve(4 * items);
-  if (settings.MAKEKEY == 'Y') settings.NKEY = std::max(settings.NKEY, 1);
   const std::size_t keys = Size(settings.NKEY);
   reserve(keys == 0 ? 5 : 4 * keys + keys * items * width);
   reserve(TextBytes(settings, settings.RESCORE));
@@ -144,16 +147,13 @@ void ReserveItemTexts(Run& run) {
 
 void AllocateGroupBlock(Run& run) {
   const int groups = run.NGROUPS;
-  AllocateOrFail(run, run.groupBlock, 22 * Size(groups) + kSpare, groups, "SCALE GROUPS");
   RunArrays& arrays = run.arrays;
-  BlockCutter cutter(run.groupBlock);
-  arrays.GroupStart = cutter.Cut<std::int32_t>(groups);
-  arrays.GroupTop = cutter.Cut<std::int32_t>(groups);
-  arrays.GroupPivot = cutter.Cut<float>(groups);
-  arrays.GroupMissingCount = cutter.Cut<float>(groups);
-  arrays.GroupMissingMeasure = cutter.Cut<float>(groups);
-  arrays.GroupModel = cutter.Cut<char>(groups);
-  arrays.GroupPivotFlag = cutter.Cut<char>(groups);
+  GivenEntries& given = run.given;
+  BlockPlan plan;
+  plan.Add({&arrays.GroupStart, &arrays.GroupTop, &given.GroupTop}, groups);
+  plan.Add({&arrays.GroupMissingCount, &arrays.GroupMissingMeasure, &given.GroupPivot}, groups);
+  plan.Add({&arrays.GroupModel, &arrays.GroupPivotFlag, &given.GroupPivotFlag}, groups);
+  AllocateOrFail(run, run.groupBlock, plan, groups, "SCALE GROUPS");
   std::fill(arrays.GroupModel.begin(), arrays.GroupModel.end(), run.settings.MODEL_LETTER);
 }
 
@@ -162,15 +162,14 @@ void AllocatePersonStatusTrial(Run& run) {
   while (!run.personStatusTrial.Allocate(run.memory, Size(persons) + kSpare)) {
     persons /= 2;
     if (persons > kFewestTrialPersons) continue;
-    run.RunIoStatus = -2;
     FailForMemory(run, Size(persons) + kSpare, persons, "PERSON STATUS ARRAY");
   }
   run.personCapacity = persons;
-  run.arrays.PersonStatus = BlockCutter(run.personStatusTrial).Cut<StatusByte>(persons);
+  run.given.PersonStatus = {reinterpret_cast<StatusByte*>(run.personStatusTrial.Data()), persons};
 }
 
 void HoldPersonStatus(Run& run) {
-  const Array1<StatusByte> trial = run.arrays.PersonStatus;
+  const Array1<StatusByte> trial = run.given.PersonStatus;
   int highest = std::min(std::max(run.HighestMarked, run.NPERS), trial.Size());
   while (highest > 0 && trial[highest] == DefaultStatus(run)) --highest;
   run.HighestMarked = highest;
@@ -183,39 +182,35 @@ void HoldPersonStatus(Run& run) {
   const int closed = file.Close();
   if (status == kIoOk) status = closed;
   if (status != kIoOk) FailHoldFile(run, status, 'W');
-  run.arrays.PersonStatus = {};
+  run.given.PersonStatus = {};
   run.personStatusTrial.Free();
 }
 
 void AllocateCategoryBlock(Run& run) {
-  const int positions = run.NCATS;
-  AllocateOrFail(run, run.categoryBlock, 72 * Size(positions) + 4 * Size(run.MAXCAT + 1) + kSpare,
-                 positions, "CATEGORIES");
   RunArrays& arrays = run.arrays;
-  BlockCutter cutter(run.categoryBlock);
-  for (Array1<std::int32_t>* array :
-       {&arrays.CodeToCategory, &arrays.CategoryToCode, &arrays.StepStatus,
-        &arrays.CategoryExpectedHits, &arrays.CategoryMatches}) {
-    *array = cutter.Cut<std::int32_t>(positions);
-  }
-  for (Array1<float>* array :
-       {&arrays.StepCalibration, &arrays.CategoryCount, &arrays.CategoryExpectedCount,
-        &arrays.CategoryInformation, &arrays.CategoryObservedZ, &arrays.CategoryObservedY,
-        &arrays.CategoryVariance, &arrays.CategoryZVariance, &arrays.CategoryObservedMeasure,
-        &arrays.CategoryExpectedMeasure, &arrays.CategoryHalfPoint, &arrays.CategoryMeasurePoint,
-        &arrays.CategoryThurstone}) {
-    *array = cutter.Cut<float>(positions);
-  }
+  BlockPlan plan;
+  plan.Add({&arrays.CategoryHalfPoint, &arrays.CategoryMeasurePoint, &arrays.CategoryThurstone},
+           run.NCATS);
+  plan.Add({&arrays.CodeToCategory, &arrays.CategoryToCode, &arrays.StepStatus,
+            &run.given.StepStatus, &arrays.CategoryExpectedHits, &arrays.CategoryMatches},
+           run.NCATS);
+  plan.Add({&arrays.StepCalibration, &run.given.StepCalibration, &arrays.CategoryCount,
+            &arrays.CategoryExpectedCount, &arrays.CategoryInformation, &arrays.CategoryObservedZ,
+            &arrays.CategoryObservedY, &arrays.CategoryVariance, &arrays.CategoryZVariance,
+            &arrays.CategoryObservedMeasure, &arrays.CategoryExpectedMeasure},
+           run.NCATS);
+  AllocateOrFail(run, run.categoryBlock, plan, run.NCATS, "CATEGORIES");
 }
 
-void AllocatePersonBlock(Run& run) {
-  const std::size_t bytes = kPersonBytes * Size(run.NPERS) + kSpare;
-  if (!run.personBlock.Allocate(run.memory, bytes)) ReducePersons(run, bytes);
-  CutPersonBlock(run);
+void AllocatePersonBlock(Run& run, const NeededBytes& neededLater) {
+  // What is refused now or would be refused later: fewer persons are measured.
+  if (!FitsPersons(run, run.NPERS, neededLater)) ReducePersons(run, neededLater);
+  AllocateOrFail(run, run.personBlock, PlanPersons(run, run.NPERS), run.NPERS,
+                 run.settings.PERSONS_LABEL);
 }
 
 void RestorePersonStatus(Run& run) {
-  Array1<StatusByte>& persons = run.arrays.PersonStatus;
+  Array1<StatusByte>& persons = run.given.PersonStatus;
   std::fill(persons.begin(), persons.end(), DefaultStatus(run));
   File file;
   const std::string name = run.workDirectory.NameOf("ZUU");
@@ -231,21 +226,13 @@ void RestorePersonStatus(Run& run) {
 }
 
 void AllocateWeightBlock(Run& run) {
-  run.personWeights = !run.settings.PWEIGHT.empty();
-  run.itemWeights = !run.settings.IWEIGHT.empty();
-  if (!run.personWeights && !run.itemWeights) return;
-  const int persons = run.personWeights ? run.NPERS : 0;
-  const int items = run.itemWeights ? run.settings.NI : 0;
-  const int groups = run.itemWeights ? run.NGROUPS : 0;
-  const int words = persons + items + groups;
-  AllocateOrFail(run, run.weightBlock, 4 * Size(words), words, "WEIGHTS");
-  BlockCutter cutter(run.weightBlock);
-  run.arrays.PersonWeight = cutter.Cut<float>(persons);
-  run.arrays.ItemWeight = cutter.Cut<float>(items);
-  run.arrays.GroupMaxWeight = cutter.Cut<float>(groups);
+  const BlockPlan plan = PlanWeights(run, run.NPERS);
+  if (plan.Bytes() == 0) return;
+  AllocateOrFail(run, run.weightBlock, plan, static_cast<int>(plan.Bytes() / sizeof(float)),
+                 "WEIGHTS");
   // An entry that no list names counts once.
   for (const Array1<float>& weights :
-       {run.arrays.PersonWeight, run.arrays.ItemWeight, run.arrays.GroupMaxWeight}) {
+       {run.given.PersonWeight, run.given.ItemWeight, run.arrays.GroupMaxWeight}) {
     std::fill(weights.begin(), weights.end(), 1.0F);
   }
 }

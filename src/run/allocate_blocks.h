@@ -2,9 +2,15 @@
 // it can't be had.
 #pragma once
 
+#include <functional>
+#include <string_view>
+
 #include "run/run.h"
 
 namespace vardento {
+
+// Ends the run: so many bytes for `count` things, named by `word`, can't be had.
+[[noreturn]] void FailForMemory(Run& run, std::size_t bytes, int count, std::string_view word);
 
 // NI items.
 void AllocateItemBlock(Run& run);
@@ -19,8 +25,11 @@ void AllocatePersonStatusTrial(Run& run);
 void HoldPersonStatus(Run& run);
 // NCATS category positions and the MAXCAT + 1 categories of one person-item pair.
 void AllocateCategoryBlock(Run& run);
-// NPERS persons; when memory does not reach, as many as can be kept, with NPERS reduced.
-void AllocatePersonBlock(Run& run);
+// Bytes that the phases to come can't do without for so many persons.
+using NeededBytes = std::function<std::size_t(int persons)>;
+// NPERS persons; when memory does not reach for them and for what they need later, as many as can
+// be kept, with NPERS reduced.
+void AllocatePersonBlock(Run& run, const NeededBytes& neededLater);
 // Takes the status bytes back from "ZUU"; persons behind them get the default.
 void RestorePersonStatus(Run& run);
 // Weights of persons (PWEIGHT=) and of items and groups (IWEIGHT=), when in use.

@@ -1,6 +1,7 @@
-// All control variables of a run, under their own names, with their defaults. Set once by the
-// reader of the Control File; every phase reads them here. Text keeps no trailing blanks unless
-// said otherwise; flags are 'Y' or 'N' once CheckSettings has run.
+// All control variables of a run, under their own names, with their defaults. Set by the reader of
+// the Control File and constant from then on; what the run changes on its way stands in
+// VariablesInForce. Text keeps no trailing blanks unless said otherwise; flags are 'Y' or 'N' once
+// CheckSettings has run.
 #pragma once
 
 #include <string>
@@ -49,7 +50,6 @@ struct ControlSettings {
   int KEYFROM = 0;
   int NIVALUE = 0;
   std::vector<IvalueRow> ivalueTables;
-  bool rescoringActive = false;
 
   // Codes and scoring.
   std::string CODES = "01";  // exactly CODES_LENGTH characters, blanks included
@@ -76,7 +76,6 @@ struct ControlSettings {
   char GRPFROM = 'N', MODFROM = 'N', RESFROM = 'N';
   char MAKEKEY = 'N';
   std::string ISELECT = "*", PSELECT = "*";
-  bool iselectMark = false, pselectMark = false;  // the selection was turned off
 
   // Prompts for lists.
   char ANCHOR_Q = 'N', IDELQU = 'N', PANCHQ = 'N', PDELQU = 'N', SANCHQ = 'N', SDELQU = 'N';

@@ -1,9 +1,7 @@
-// One run of the program: everything it owns, passed by reference. Ground floor: no folder but
-// `platform` and plain records of the others stand below it.
+// One run of the program: everything it owns, passed by reference.
 #pragma once
 
-#include <cstdint>
-#include <memory>
+#include <cassert>
 #include <string>
 #include <vector>
 
@@ -12,8 +10,11 @@
 #include "platform/silent_console.h"
 #include "platform/text_file.h"
 #include "run/control_settings.h"
+#include "run/given_entries.h"
+#include "run/in_force.h"
 #include "run/phase_clock.h"
 #include "run/report_output.h"
+#include "run/results.h"
 #include "run/run_arrays.h"
 #include "run/table_request.h"
 #include "run/work_directory.h"
@@ -44,12 +45,26 @@ struct ProgressBar {
   int place = 1;
 };
 
-struct Run {
+class Run {
+ public:
   explicit Run(Console& user) : userConsole(&user), console(&user) {}
+  Run(const Run&) = delete;
+  Run& operator=(const Run&) = delete;
+
   // Batch mode or not from here on: in it nothing is shown and nobody is asked.
   void SetBatchMode(bool on) {
     batch = on;
     console = on ? &silentConsole : userConsole;
+  }
+  // The settings while the Control File is read and checked; for `control` alone.
+  ControlSettings& DraftSettings() {
+    assert(!settingsFixed_);
+    return settings_;
+  }
+  // From here on the settings are what the user gave, and nothing changes them.
+  void FixSettings() {
+    settingsFixed_ = true;
+    inForce = VariablesInForce(settings_);
   }
 
   Console* userConsole;         // the one that the process was started at
@@ -61,7 +76,8 @@ struct Run {
 
   WorkDirectory workDirectory;  // declared before the files in it: it is destroyed after them
   StartUp startUp;
-  ControlSettings settings;
+  const ControlSettings& settings = settings_;
+  VariablesInForce inForce;
   ControlInput input;
   ReportOutput report;
   // The user's files that this run has read from: no output file may take their place.
@@ -71,16 +87,17 @@ struct Run {
 
   // Blocks, in the order in which they are allocated, and the arrays cut from them.
   MemoryBlock itemBlock, groupBlock, categoryBlock, personStatusTrial, personBlock, weightBlock;
+  GivenEntries given;
   RunArrays arrays;
+  Results results;
   WorkStores stores;
 
   int RunIoStatus = 0;
   int StopRequest = 0;
   ProgressBar progress;
   PhaseClock phases;
-  int UconIterations = 0;
 
-  // Counts, set during intake and estimation.
+  // Counts, set during intake.
   int NGROUPS = 0;
   int NCATS = 0;
   int MAXCAT = 0;
@@ -90,22 +107,17 @@ struct Run {
   int LongestLabel = 1;     // longest person label
   int HighestMarked = 0;    // highest person number marked by a deletion list or selection
   bool DefaultKept = true;  // a person not listed is active
-  int ActivePersons = 0, ActiveItems = 0, ActiveCategories = 0;
-  int PersonsReported = 0, ItemsReported = 0;
-  int largestGroupTop = 0;
-  bool ItemAnchored = false, PersonAnchored = false;
-  bool ItemDisplaced = false, PersonDisplaced = false;
-  float PersonBias = 1, ItemBias = 1;
-  bool itemWeights = false, personWeights = false;
 
-  std::string RunDigest;         // up to 100 characters for the page heads
-  std::string connectivityText;  // up to 80 characters for the page heads
-  bool finished = false;         // FinishRun has run
-  bool complete = false;         // the analysis is over, menus may ask for more
+  bool finished = false;  // FinishRun has run
+  bool complete = false;  // the analysis is over, menus may ask for more
 
   bool outputFailed = false;  // the report or an output file could not be written completely
   bool usageError = false;    // the command line can't be used
   bool leaving = false;       // the user or the system wants the process to end: no idle state
+
+ private:
+  ControlSettings settings_;
+  bool settingsFixed_ = false;
 };
 
 // Thrown by EndRun alone and caught by MainRun alone: the run is over.

@@ -1,6 +1,7 @@
 // The arrays of a run, cut from its memory blocks, by what they run over. Every phase, Table and
-// output file finds its numbers here. Real values are 32-bit; measures are internal logits until
-// the fit pass is over and on the user's scale from then on.
+// output file finds its numbers here, in logits; UserScale turns them into the user's units where
+// they are read. What is estimated is 32-bit; what is only computed from it (errors, displacements,
+// landmarks) is held in double precision, so that reading it in other units loses no digit.
 #pragma once
 
 #include <cstdint>
@@ -15,20 +16,17 @@ struct RunArrays {
   Array1<float> ItemMeasure;     // difficulty D
   Array1<float> ItemScore;       // raw score over active persons
   Array1<float> ItemCount;       // weighted count of responses by active persons
-  Array1<float> ItemRawMax;      // largest raw score possible over those responses
   Array1<float> ItemModelScore;  // score and maximum as the item's model letter counts them
   Array1<float> ItemModelMax;
   Array1<float> ItemTotalScore;  // score and count with extreme persons included
   Array1<float> ItemTotalCount;
-  Array1<float> ItemExpected;        // expected score at d
-  Array1<float> ItemExpectedOffset;  // expected score at d less an offset
-  Array1<float> ItemError;           // model standard error
-  Array1<float> ItemInfit;           // mean-squares
+  Array1<float> ItemInfit;  // mean-squares
   Array1<float> ItemOutfit;
   Array1<float> ItemInfitZ;  // standardised
   Array1<float> ItemOutfitZ;
   Array1<float> ItemCorrelation;  // point-measure, or point-biserial
-  Array1<float> ItemDisplacement;
+  Array1<double> ItemError;       // model standard error
+  Array1<double> ItemDisplacement;
   Array1<std::int32_t> ItemGroup;  // 1..NGROUPS
   Array1<StatusByte> ItemStatus;
   Array1<std::uint8_t> ScoredRow;  // the scores of the person in hand, 255 missing
@@ -36,11 +34,11 @@ struct RunArrays {
   // Groups, 1..NGROUPS. Category k of group g stands at position GroupStart[g] + k, k = 0..top.
   Array1<std::int32_t> GroupStart;
   Array1<std::int32_t> GroupTop;      // highest ordered category; -1: the group has been dropped
-  Array1<float> GroupPivot;           // score point at which the item difficulty shall stand
   Array1<float> GroupMissingCount;    // missing responses of active persons on active items
-  Array1<float> GroupMissingMeasure;  // their mean measure difference, USCALE units
+  Array1<float> GroupMissingMeasure;  // their mean measure difference
+  Array1<float> GroupMaxWeight;       // largest weight of its active items
   Array1<char> GroupModel;            // "R", "S" or "F"
-  Array1<char> GroupPivotFlag;        // "Y" or "N"
+  Array1<char> GroupPivotFlag;        // "Y" or "N": GroupPivot still sets the scale
 
   // Category positions, 1..NCATS.
   Array1<std::int32_t> CodeToCategory;
@@ -58,25 +56,21 @@ struct RunArrays {
   Array1<float> CategoryExpectedMeasure;
   Array1<std::int32_t> CategoryExpectedHits;
   Array1<std::int32_t> CategoryMatches;
-  Array1<float> CategoryHalfPoint;
-  Array1<float> CategoryMeasurePoint;
-  Array1<float> CategoryThurstone;
+  // Landmarks, as distances from the item: where the expected score is k - 0.5 and k, and where
+  // category k or above is as likely as not.
+  Array1<double> CategoryHalfPoint;
+  Array1<double> CategoryMeasurePoint;
+  Array1<double> CategoryThurstone;
 
   // Persons, 1..NPERS. What else belongs to a person stands in the person work record.
   Array1<float> PersonMeasure;
   Array1<float> PersonTotalScore;
   Array1<float> PersonTotalCount;
-  Array1<float> PersonError;
   Array1<float> PersonInfit;
   Array1<float> PersonOutfit;
   Array1<float> PersonInfitZ;
   Array1<float> PersonOutfitZ;
   Array1<StatusByte> PersonStatus;
-
-  // Weights; empty arrays when no weights are in use.
-  Array1<float> PersonWeight;
-  Array1<float> ItemWeight;
-  Array1<float> GroupMaxWeight;
 };
 
 }  // namespace vardento

@@ -2,6 +2,8 @@
 // ones. Plain holders: the routines that read and write them are in data/work_files.h.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 #include "platform/direct_file.h"
@@ -9,26 +11,33 @@
 
 namespace vardento {
 
-// One person's record of the person work file.
-struct PersonWorkRecord {
-  float count = 0;  // weighted count of responses; raw score in the second field
-  float score = 0;
-  float error = 0;        // model S.E.; during estimation the raw maximum
-  float infit = 0;        // INFIT mean-square; during estimation the model maximum
-  float outfit = 0;       // OUTFIT mean-square; during estimation the model score
-  float correlation = 0;  // point-biserial or point-measure
-  float displacement = 0;
+// What the start values leave of a person for the joint iteration and the fit pass.
+struct PersonScores {
+  float modelScore = 0, modelMax = 0;  // as the model letters count them, held inside EXTRSC=
+  float correlation = 0;               // point-biserial, PTBIS=Y
 };
-static_assert(sizeof(PersonWorkRecord) == 28);
+
+// What the fit pass leaves of a person, who is reported by it.
+struct PersonWorkRecord {
+  double error = 0;             // model S.E., logits
+  double displacement = 0;      // logits
+  float count = 0;              // weighted count of responses
+  float score = 0;              // raw score in the scale of the data
+  float infit = 0, outfit = 0;  // mean-squares
+  float correlation = 0;        // point-biserial or point-measure
+};
 
 struct WorkStores {
+  static constexpr std::size_t kPersonRecord =
+      std::max(sizeof(PersonScores), sizeof(PersonWorkRecord));
+
   DirectFile itemLabels;       // ZJJ
   DirectFile scoredRows;       // ZMM
   DirectFile codedRows;        // ZNN
   DirectFile personNames;      // ZPP
-  DirectFile personWork;       // ZQQ
+  DirectFile personWork;       // ZQQ: PersonScores, from the fit pass on PersonWorkRecord
   DirectFile residuals;        // ZUU: NI 2-byte residuals of each active person, unless PRCOMP=N
-  MemoryBlock workStore;       // NPERS person work records, or empty
+  MemoryBlock workStore;       // the records of ZQQ, or empty
   MemoryBlock responseMatrix;  // NPERS rows of NI scores, or empty
   MemoryBlock makeKeyCounts;   // MAKEKEY=Y: for each item CATEGS reals, the count of each code
 };

@@ -165,11 +165,12 @@ TEST(ScoreResponse, FollowsTheScoringRules) {
   for (const auto& c : cases) {
     GroupedItems items(c.lines);
     ASSERT_TRUE(items.good) << c.lines << items.control.Said();
-    DecideRescoring(items.control.test.run.settings);
+    const ScoringInForce scoring = DecideRescoring(items.control.Settings());
     for (std::size_t item = 0; item < c.scores.size(); ++item) {
       std::vector<int> scores;
       for (int code = 0; code < static_cast<int>(c.scores[item].size()); ++code) {
-        scores.push_back(ScoreResponse(items.control.Settings(), code, static_cast<int>(item) + 1));
+        scores.push_back(
+            ScoreResponse(items.control.Settings(), scoring, code, static_cast<int>(item) + 1));
       }
       EXPECT_EQ(scores, c.scores[item]) << c.lines << " item " << item + 1;
     }
@@ -182,8 +183,9 @@ TEST(EchoSettings, ShowsWhatShapedTheScoring) {
   vardento::Run& run = items.control.test.run;
   std::vector<StatusByte> status{-3, 1, -3, -3};
   run.arrays.ItemStatus = {status.data(), 4};
-  run.settings.ivalueTables[0].codes += std::string(600, '*');
+  run.DraftSettings().ivalueTables[0].codes += std::string(600, '*');
   items.control.test.console.lines.clear();
+  run.inForce.scoring = DecideRescoring(run.settings);
   EchoSettings(run);
   EXPECT_THAT(
       items.control.test.console.lines,

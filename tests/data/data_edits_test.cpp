@@ -33,7 +33,7 @@ class FormsRun : public DataRun {
   // The records that DATA= holds once the forms were converted.
   std::string Converted() {
     ConvertForms(run);
-    return TempDirectory::ReadFile(settings.DATA);
+    return TempDirectory::ReadFile(run.inForce.DATA);
   }
 };
 
@@ -152,7 +152,7 @@ TEST(ConvertForms, TellsOfFilesAsTheReaderOfTheDataDoes) {
   const std::string first = good.directory.NameOf("1.txt"), second = good.directory.NameOf("2.txt");
   // A "+" in the name of the work directory doesn't part the name of the file in it.
   ASSERT_TRUE(good.run.workDirectory.Prepare(good.directory.NameOf("work+more")));
-  ReadData(good.run);
+  good.Read();
   EXPECT_THAT(good.CodedRows(), ElementsAre("2000", "0100"));
   EXPECT_THAT(good.console.menuEntries,
               ElementsAre("Edit MFORMS=" + good.settings.MFORMS, "Edit Data File=" + first,
@@ -198,7 +198,7 @@ TEST(EditData, ChangesTheResponsesThatALineNames) {
     DataRun data(wide ? " 1 1 1 1\n00000000\n" : kResponses, 4);
     data.SetCodes(wide ? "001 10" : "012", c.width);
     data.settings.EDFILE = data.directory.Write("edit.txt", c.lines);
-    ReadData(data.run);
+    data.Read();
     EXPECT_EQ(Joined(data.CodedRows()), c.rows);
   }
 }
@@ -208,7 +208,7 @@ TEST(EditData, IsScoredAndToldOf) {
   data.SetCodes("012", 1);
   data.settings.MISSING = 0;
   data.settings.EDFILE = data.directory.Write("edit.txt", "3 1-2 x\n");
-  ReadData(data.run);
+  data.Read();
   EXPECT_THAT(data.ScoredRows(), ElementsAre("0000", "1111", "0022", "0120"));
   EXPECT_THAT(data.console.lines,
               Contains(" Processing EDFILE= data edit from: " + data.settings.EDFILE));
@@ -223,7 +223,6 @@ class KeyRun : public DataRun {
     settings.NKEY = 1;
     settings.keyStrings = {""};
     settings.keyScores = {-1};
-    settings.rescoringActive = true;
     settings.NAMLEN = 0;
   }
 };
@@ -232,12 +231,12 @@ TEST(MakeKey, KeysTheMostFrequentCode) {
   // Item 1: B three times; item 2: A and C twice each; item 3: nothing valid; item 4 is deleted.
   // Person 5 is deleted, with answers that would turn items 1 and 2.
   KeyRun data("BA-C\nBC-C\nBC C\nCAxC\nCC-C\n");
-  data.run.arrays.ItemStatus[4] = Status::Deleted;
-  PersonTrial(data.run)[5] = Status::Deleted;
-  ReadData(data.run);
-  EXPECT_EQ(data.settings.NKEY, 1);
-  EXPECT_THAT(data.settings.keyStrings, ElementsAre("BAA "));
-  EXPECT_THAT(data.settings.keyScores, ElementsAre(1));
+  data.run.given.ItemStatus[4] = Status::Deleted;
+  data.run.given.PersonStatus[5] = Status::Deleted;
+  data.Read();
+  EXPECT_EQ(data.run.inForce.scoring.NKEY, 1);
+  EXPECT_THAT(data.run.inForce.scoring.keyStrings, ElementsAre("BAA "));
+  EXPECT_THAT(data.run.inForce.scoring.keyScores, ElementsAre(1));
   const std::vector<std::string> rows = data.ScoredRows();
   const char* const scores[] = {"11.", "10.", "10.", "01."};
   for (std::size_t n = 0; n < 4; ++n) EXPECT_EQ(rows[n].substr(0, 3), scores[n]);
@@ -252,11 +251,11 @@ TEST(MakeKey, KeysTheMostFrequentCode) {
 
 TEST(MakeKey, TakesThePlaceOfGivenKeysBehindEdits) {
   KeyRun data("AAAA\nAAAA\nBBBB\n");
-  data.settings.NKEY = 2;
-  data.settings.keyStrings = {"CCCC", "BBBB"};
-  data.settings.keyScores = {1, 2};
+  data.run.inForce.scoring.NKEY = 2;
+  data.run.inForce.scoring.keyStrings = {"CCCC", "BBBB"};
+  data.run.inForce.scoring.keyScores = {1, 2};
   data.settings.EDFILE = data.directory.Write("edit.txt", "1 2-3 B\n");
-  ReadData(data.run);
+  data.Read();
   EXPECT_THAT(data.ScoredRows(), ElementsAre("1111", "1001", "0110"));
   EXPECT_EQ(data.run.MAXCAT, 1);
 }
@@ -266,7 +265,7 @@ TEST(MakeKey, LetsTheRunGoOnWithoutAKey) {
   data.SetCodes("012", 1);
   data.OpenReport();
   data.run.memory.SetLimit(10000 + 47);  // the person status trial, then not 3 x 4 x 4 bytes
-  ReadData(data.run);
+  data.Read();
   EXPECT_THAT(data.console.lines,
               Contains("48 bytes of memory not available, MAKEKEY= not performed."));
   EXPECT_THAT(data.ScoredRows(), ElementsAre("0120"));
@@ -275,7 +274,7 @@ TEST(MakeKey, LetsTheRunGoOnWithoutAKey) {
 
   KeyRun single("1111\n");
   single.SetCodes("1", 1);
-  ReadData(single.run);
+  single.Read();
   EXPECT_THAT(single.ScoredRows(), ElementsAre("1111"));
   EXPECT_THAT(single.console.Text(), Not(HasSubstr("MAKEKEY=")));
 }

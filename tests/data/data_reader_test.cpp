@@ -72,7 +72,7 @@ TEST(DataReader, TakesLabelAndResponsesFromEveryRecord) {
       data.settings.DELIM = c.layout.delim;
       data.settings.FORMAT = c.layout.format;
       if (inFile) data.settings.DATA = data.directory.Write("d.txt", "\xEF\xBB\xBF" + c.data);
-      ReadData(data.run);
+      data.Read();
       EXPECT_EQ(Joined(data.Labels()), c.labels);
       EXPECT_EQ(Joined(data.CodedRows()), c.codes);
     }
@@ -87,7 +87,7 @@ TEST(DataReader, ReadsSeveralFilesAndShowsTheFirstRecordOfEach) {
   const std::string b = data.directory.Write("b.txt", "\n");
   const std::string c = data.directory.Write("c.txt", "C10");
   data.settings.DATA = a + " + " + b + "+" + c;
-  ReadData(data.run);
+  data.Read();
   EXPECT_THAT(data.Labels(), ElementsAre("A", "B", "C"));
   EXPECT_THAT(data.CodedRows(), ElementsAre("12", "22", "21"));
   EXPECT_THAT(data.console.lines,
@@ -103,29 +103,29 @@ TEST(DataReader, ShowsARecordBeforeAndAfterFormat) {
   data.settings.NAMLEN = 1;
   data.settings.ITEM1 = 2;
   data.settings.FORMAT = "(A1,X,A1/A1)";
-  ReadData(data.run);
+  data.Read();
   EXPECT_THAT(data.console.lines,
               ElementsAre(" Input in process ..", " Input Data Record before FORMAT=:", "123",
                           "---", "A-0", " Input Data Record after FORMAT=:", "123", "---", "A01",
                           "^P^N", " 1 PERSON Records Input."));
 }
 
-TEST(DataReader, LeavesDeletedPersonsAndItemsAsTheRowBeforeLeftThem) {
+TEST(DataReader, StoresTheResponsesOfDeletedPersonsAndItemsToo) {
   DataRun data("A012\nB210\nC111\n", 3);
   data.SetCodes("012", 1);
   data.settings.NAMLEN = 1;
   data.settings.ITEM1 = 2;
-  PersonTrial(data.run)[2] = Status::Deleted;
-  data.run.arrays.ItemStatus[2] = Status::Deleted;
-  ReadData(data.run);
+  data.run.given.PersonStatus[2] = Status::Deleted;
+  data.run.given.ItemStatus[2] = Status::Deleted;
+  data.Read();
   EXPECT_THAT(data.Labels(), ElementsAre("A", "B", "C"));
-  EXPECT_THAT(data.CodedRows(), ElementsAre("103", "103", "202"));
-  EXPECT_THAT(data.ScoredRows(), ElementsAre("002", "002", "101"));
+  EXPECT_THAT(data.CodedRows(), ElementsAre("123", "321", "222"));
+  EXPECT_THAT(data.ScoredRows(), ElementsAre("012", "210", "111"));
 }
 
 TEST(DataReader, WarnsOnceOfDataThatIsNoPlainText) {
   DataRun data("0x\n1\xE9\n\xE9\t\n", 2);
-  ReadData(data.run);
+  data.Read();
   std::vector<std::string> warnings;
   for (const std::string& line : data.console.lines) {
     if (line.find("NON-ASCII") != line.npos) warnings.push_back(line);
@@ -138,7 +138,7 @@ TEST(DataReader, CountsPersonsBeyondCapacityAndKeepsTheRestOut) {
   DataRun data("1\n0\n1\n1\n", 1);
   data.SetCapacity(2);
   data.OpenReport();
-  ReadData(data.run);
+  data.Read();
   EXPECT_EQ(data.run.NPERS, 2);
   EXPECT_EQ(data.run.personsRead, 4);
   EXPECT_THAT(data.console.lines, Contains("PERSONS SKIPPED AFTER 2").Times(1));
@@ -150,7 +150,7 @@ TEST(DataReader, ShowsADotForEveryThousandRecords) {
   for (int p = 0; p < 79500; ++p) records += "1\n";
   DataRun data(records, 1);
   data.SetCapacity(100000);
-  ReadData(data.run);
+  data.Read();
   const std::vector<std::string>& lines = data.console.lines;
   EXPECT_THAT(std::vector(lines.end() - 3, lines.end()),
               ElementsAre(std::string(78, '.'), ".", " 79500 PERSON Records Input."));
@@ -161,7 +161,7 @@ TEST(DataReader, StopsReadingWhenTheUserAsks) {
   data.console.onPump = [](RecordingConsole& console) {
     if (console.pumps == 3) console.interrupts = 1;
   };
-  ReadData(data.run);
+  data.Read();
   EXPECT_EQ(data.run.StopRequest, 1);
   EXPECT_EQ(data.run.NPERS, 2);
 }
@@ -169,7 +169,7 @@ TEST(DataReader, StopsReadingWhenTheUserAsks) {
 TEST(DataReader, EndsTheRunWithoutPersons) {
   for (const char* records : {"", "\n  \n", "\x1A\n1\n"}) {
     DataRun data(records, 1);
-    EXPECT_THROW(ReadData(data.run), RunEnded);
+    EXPECT_THROW(data.Read(), RunEnded);
     EXPECT_EQ(data.run.RunIoStatus, -1);
     EXPECT_THAT(data.console.lines, Contains("0 PERSON Records Input."));
   }
@@ -178,7 +178,7 @@ TEST(DataReader, EndsTheRunWithoutPersons) {
 TEST(DataReader, EndsTheRunWithMoreCodesThanItCanTellApart) {
   DataRun data("01\n", 1);
   data.SetCodes(std::string(512, '1'), 2);
-  EXPECT_THROW(ReadData(data.run), RunEnded);
+  EXPECT_THROW(data.Read(), RunEnded);
   EXPECT_THAT(data.console.lines,
               ElementsAre(" CODES= HAS 256 CODES, WHICH IS MORE THAN MAXIMUM OF 255"));
 }

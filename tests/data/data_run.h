@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "control/item_specifications.h"
 #include "data/data_reader.h"
-#include "data/person_trial.h"
 #include "data/work_files.h"
 #include "run/control_settings.h"
 #include "support/test_run.h"
@@ -27,7 +27,7 @@ class DataRun : public TestRun {
  public:
   // `controlText` is what follows the last control line; labels come first unless INUMB is 'Y'.
   DataRun(std::string_view controlText, int NI, bool batch = true)
-      : TestRun(controlText, batch), settings(run.settings) {
+      : TestRun(controlText, batch), settings(run.DraftSettings()) {
     settings.NI = NI;
     settings.ITEM1 = 1;
     settings.ITLEN = 300;
@@ -53,16 +53,24 @@ class DataRun : public TestRun {
     groupTop_.assign(static_cast<std::size_t>(run.NGROUPS), 0);
     groupStart_ = groupTop_;
     run.arrays.ItemGroup = {itemGroup_.data(), settings.NI};
-    run.arrays.ItemStatus = {itemStatus_.data(), settings.NI};
+    run.given.ItemStatus = {itemStatus_.data(), settings.NI};
     run.arrays.ScoredRow = {scoredRow_.data(), settings.NI};
-    run.arrays.GroupTop = {groupTop_.data(), run.NGROUPS};
+    run.given.GroupTop = {groupTop_.data(), run.NGROUPS};
     run.arrays.GroupStart = {groupStart_.data(), run.NGROUPS};
   }
 
   void SetCapacity(int persons) {
     run.personCapacity = persons;
     run.personStatusTrial.Allocate(run.memory, static_cast<std::size_t>(persons));
-    for (StatusByte& status : PersonTrial(run)) status = Status::Active;
+    run.given.PersonStatus = {reinterpret_cast<StatusByte*>(run.personStatusTrial.Data()), persons};
+    for (StatusByte& status : run.given.PersonStatus) status = Status::Active;
+  }
+
+  // The intake with the settings as they stand.
+  void Read() {
+    run.FixSettings();
+    run.inForce.scoring = DecideRescoring(run.settings);
+    ReadData(run);
   }
 
   // The persons' rows: a category number or score as a digit, missing as ".".

@@ -66,14 +66,12 @@ TEST(SelectItems, LabelsChooseItemsAndCarryValues) {
   t.settings.ISELECT = "{AC}*";
   t.settings.IWEIGHT = "$S4W3";
   t.settings.IAFILE = "$S2W1+\".5\"";
-  ReadData(t.run);
-  EXPECT_EQ(t.run.arrays.ItemStatus[1], Status::Active);
-  EXPECT_EQ(t.run.arrays.ItemStatus[2], Status::Deleted);
-  EXPECT_EQ(t.directory.ReadFile(t.settings.IWEIGHT), "1 2.0\n2 -1\n4 x\n");
-  EXPECT_EQ(t.directory.ReadFile(t.settings.IAFILE), "1 1.5\n2 2.5\n3 3.5\n4 4.5\n");
-  EXPECT_FALSE(t.settings.IWEIGHT.empty());
-  t.settings.ISELECT = "*";
-  EXPECT_FALSE(NeedsItemSelection(t.run)) << "the values are in files by now";
+  t.Read();
+  EXPECT_EQ(t.run.given.ItemStatus[1], Status::Active);
+  EXPECT_EQ(t.run.given.ItemStatus[2], Status::Deleted);
+  EXPECT_EQ(t.directory.ReadFile(t.run.inForce.IWEIGHT), "1 2.0\n2 -1\n4 x\n");
+  EXPECT_EQ(t.directory.ReadFile(t.run.inForce.IAFILE), "1 1.5\n2 2.5\n3 3.5\n4 4.5\n");
+  EXPECT_TRUE(t.run.workDirectory.IsWorkFile(t.run.inForce.IWEIGHT));
 }
 
 TEST(SelectItems, RecordsCarryThePersonsValues) {
@@ -83,10 +81,10 @@ TEST(SelectItems, RecordsCarryThePersonsValues) {
   t.settings.PSELECT = "A*";
   t.settings.PWEIGHT = "$S8W3";
   t.settings.PAFILE = "$S8";
-  ReadData(t.run);
-  EXPECT_EQ(t.directory.ReadFile(t.settings.PWEIGHT), "1 2\n4 -1\n");
-  EXPECT_EQ(t.settings.PAFILE, "");
-  EXPECT_EQ(PersonTrial(t.run)[2], Status::Deleted);
+  t.Read();
+  EXPECT_EQ(t.directory.ReadFile(t.run.inForce.PWEIGHT), "1 2\n4 -1\n");
+  EXPECT_EQ(t.run.inForce.PAFILE, "");
+  EXPECT_EQ(t.run.given.PersonStatus[2], Status::Deleted);
   EXPECT_THAT(t.console.Text(), HasSubstr("Unexpected ending to: PAFILE=$S8"));
   EXPECT_THAT(t.console.Text(), HasSubstr("\nAnn 010  2\n^P  ^I^^W\n"));
 }

@@ -46,11 +46,11 @@ TEST(ItemLabels, ComeFromTheControlFileOrAList) {
     SCOPED_TRACE(c.what);
     DataRun data(c.control, 2);
     data.settings.INUMB = 'N';
-    data.settings.ITLEN = 200;
-    if (c.list) data.settings.ILFILE = data.directory.Write("labels.txt", c.list);
+    data.run.inForce.ITLEN = 200;
+    if (c.list) data.run.inForce.ILFILE = data.directory.Write("labels.txt", c.list);
     ReadItemLabels(data.run);
     EXPECT_EQ(ItemLabelOf(data.run, 1) + "|" + ItemLabelOf(data.run, 2), c.labels);
-    EXPECT_EQ(data.settings.ITLEN, c.itlen);
+    EXPECT_EQ(data.run.inForce.ITLEN, c.itlen);
     EXPECT_EQ(Joined(data.console.lines), c.said);
     std::string next;
     data.run.input.control.ReadLine(next);
@@ -64,7 +64,7 @@ TEST(ItemLabels, NumbersStandForLabelsWithINUMB) {
   std::string next;
   data.run.input.control.ReadLine(next);
   EXPECT_EQ(next, "data");  // nothing was skipped
-  EXPECT_EQ(data.settings.ITLEN, 8);
+  EXPECT_EQ(data.run.inForce.ITLEN, 8);
   EXPECT_EQ(ItemLabelOf(data.run, 2), "I0002");
   EXPECT_EQ(ItemNumberLabel(12, 9999), "I0012");
   EXPECT_EQ(ItemNumberLabel(12, 10000), "00012");
@@ -73,16 +73,16 @@ TEST(ItemLabels, NumbersStandForLabelsWithINUMB) {
 
 TEST(ItemLabels, FailuresSayWhatIsMissing) {
   DataRun unclosed("no end of labels\n", 2);
-  unclosed.settings.ILFILE = unclosed.directory.Write("labels.txt", "a\nb\n");
+  unclosed.run.inForce.ILFILE = unclosed.directory.Write("labels.txt", "a\nb\n");
   EXPECT_THROW(ReadItemLabels(unclosed.run), RunEnded);
   EXPECT_THAT(unclosed.console.lines, ElementsAre("Please put \"END LABELS\" after \"&END\""));
 
   DataRun noList("END LABELS\n", 2);
   noList.settings.INUMB = 'N';
-  noList.settings.ILFILE = noList.directory.NameOf("none.txt");
+  noList.run.inForce.ILFILE = noList.directory.NameOf("none.txt");
   EXPECT_THROW(ReadItemLabels(noList.run), RunEnded);
   EXPECT_THAT(noList.console.lines,
-              ElementsAre(" ITEM LABEL FILE OPEN FAILURE", noList.settings.ILFILE,
+              ElementsAre(" ITEM LABEL FILE OPEN FAILURE", noList.run.inForce.ILFILE,
                           "Input File Not Found. Please specify full path."));
   EXPECT_EQ(noList.run.RunIoStatus, -1);
 }

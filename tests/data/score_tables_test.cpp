@@ -18,7 +18,7 @@ class ScoredByTables : public DataRun {
     settings.NIVALUE = 4;
     settings.IREFER = PerItem::Text;
     settings.ireferText = std::move(tags);
-    settings.rescoringActive = true;
+    run.inForce.scoring = DecideRescoring(settings);
   }
 };
 
@@ -39,8 +39,8 @@ TEST(ScoreTables, GroupsGetAPositionForEachCategoryAndAtLeastTwo) {
     SCOPED_TRACE(c.tags);
     ScoredByTables data(c.tags);
     data.settings.MISSING = c.missing;
-    SizeCategories(data.run, ScoreTable(data.settings));
-    const Array1<std::int32_t> top = data.run.arrays.GroupTop, start = data.run.arrays.GroupStart;
+    SizeCategories(data.run);
+    const Array1<std::int32_t> top = data.run.given.GroupTop, start = data.run.arrays.GroupStart;
     EXPECT_EQ(std::vector(top.begin(), top.end()), c.tops);
     EXPECT_EQ(std::vector(start.begin(), start.end()), c.starts);
     EXPECT_EQ(data.run.NCATS, c.ncats);
@@ -50,7 +50,7 @@ TEST(ScoreTables, GroupsGetAPositionForEachCategoryAndAtLeastTwo) {
 
 TEST(ScoreTables, NothingScoredAboveZeroEndsTheRun) {
   ScoredByTables data("CCCCD");
-  EXPECT_THROW(SizeCategories(data.run, ScoreTable(data.settings)), RunEnded);
+  EXPECT_THROW(SizeCategories(data.run), RunEnded);
   EXPECT_THAT(data.console.lines,
               testing::ElementsAre(" NONE OF YOUR RESPONSES ARE SCORED 1 OR ABOVE.",
                                    " CHECK VARIABLES: CODES=, RESCOR=, NEWSCR=, KEY1=, IVALUE?="));

@@ -27,7 +27,7 @@ TEST(WorkFiles, GiveTheSameRowsAndRecordsWithAndWithoutMemory) {
       SCOPED_TRACE(testing::Message() << "refused from " << refuseFrom << ", NI " << NI);
       DataRun data("", NI);
       vardento::Run& run = data.run;
-      run.settings.NAMLEN = 4;
+      run.DraftSettings().NAMLEN = 4;
       run.NPERS = kPersons;
       OpenWorkFiles(run);
       for (int p = 1; p <= kPersons; ++p) {
@@ -42,7 +42,7 @@ TEST(WorkFiles, GiveTheSameRowsAndRecordsWithAndWithoutMemory) {
       EXPECT_EQ(static_cast<bool>(run.stores.workStore), refuseFrom != 1);
       EXPECT_EQ(static_cast<bool>(run.stores.responseMatrix), refuseFrom == 0);
 
-      EXPECT_EQ(ReadPersonWork(run, kPersons).count, 0);
+      for (int p = 1; p <= kPersons; ++p) WritePersonScores(run, p, {1, 2, 3});
       for (int p = kPersons; p >= 1; p -= 3) {
         PersonWorkRecord record;
         record.score = static_cast<float>(p);
@@ -62,7 +62,7 @@ TEST(WorkFiles, GiveTheSameRowsAndRecordsWithAndWithoutMemory) {
       EXPECT_EQ(RowOf(FillScoredRow(run, 2), NI), changed);  // the file has it too
       EXPECT_EQ(ReadPersonWork(run, kPersons - 3).score, kPersons - 3);
       EXPECT_EQ(ReadPersonWork(run, kPersons - 3).displacement, -1);
-      EXPECT_EQ(ReadPersonWork(run, kPersons - 1).score, 0);
+      EXPECT_EQ(ReadPersonScores(run, kPersons - 1).correlation, 3);
       EXPECT_EQ(ReadPersonName(run, 17), "P17 ");
       // With the store there, the person work file is left alone.
       PersonWorkRecord unused;

@@ -15,13 +15,13 @@ using testing::ElementsAre;
 struct FileRun : SmallRun {
   FileRun() : SmallRun(2, 2) {
     RunArrays& a = run.arrays;
-    const PersonWorkRecord person{.count = 20,
+    const PersonWorkRecord person{.error = 0.5,
+                                  .displacement = 0,
+                                  .count = 20,
                                   .score = 12,
-                                  .error = 0.5F,
                                   .infit = 1.44F,
                                   .outfit = 0.98F,
-                                  .correlation = -0.5F,
-                                  .displacement = 0};
+                                  .correlation = -0.5F};
     SetPerson(1, "Ann, B", person);
     SetPerson(2, "", person);
     for (int i = 1; i <= 2; ++i) {
@@ -38,8 +38,8 @@ struct FileRun : SmallRun {
     }
     a.PersonStatus[2] = Status::ExtremeLow;
     SetItemLabel(2, "a\"b c");
-    run.settings.PFILE = directory.NameOf("p.txt");
-    run.settings.IFILE = directory.NameOf("i.txt");
+    run.DraftSettings().PFILE = directory.NameOf("p.txt");
+    run.DraftSettings().IFILE = directory.NameOf("i.txt");
   }
   std::vector<std::string> Persons() {
     WritePersonMeasureFile(run);
@@ -56,8 +56,8 @@ TEST(MeasureFiles, FixedForm) {
   EXPECT_THAT(small.Persons()[5],
               testing::StartsWith(
                   ";    2    1.25 -1    20.0     12.0    .50   1.44   1.90    .98   -.10 "));
-  small.run.settings.PTBIS = 'Y';
-  small.run.settings.fitName = " LOG";
+  small.run.DraftSettings().PTBIS = 'Y';
+  small.run.DraftSettings().fitName = " LOG";
   small.run.arrays.GroupModel[1] = 'S';
   const std::vector<std::string> items = small.Items();
   EXPECT_EQ(items[3],
@@ -74,14 +74,14 @@ TEST(MeasureFiles, FixedForm) {
 
 TEST(MeasureFiles, OptionsOfTheRows) {
   FileRun small;
-  ControlSettings& s = small.run.settings;
+  ControlSettings& s = small.run.DraftSettings();
   s.HLINES = 'N';
   s.TOTAL = s.REALSE = 'Y';
   s.UDECIM = 0;
   s.GROUPS = PerItem::Text;
   s.groupsText = "AB";
   small.GiveItemWeights();
-  small.run.arrays.ItemWeight[2] = 0.25F;
+  small.run.given.ItemWeight[2] = 0.25F;
   small.run.arrays.ItemMeasure[1] = -0.4F;
   small.run.arrays.ItemMeasure[2] = 2.5F;
   small.run.arrays.ItemError[2] = 5;
@@ -97,7 +97,7 @@ TEST(MeasureFiles, OptionsOfTheRows) {
 
 TEST(FileForm, LongLinesAndQuotesAreHeldInTheirBounds) {
   FileRun small;
-  small.run.settings.CSV = 'T';
+  small.run.DraftSettings().CSV = 'T';
   OutputFile file(small.run);
   ASSERT_TRUE(file.Open(small.directory.NameOf("long.txt")));
   file.WriteLine("\"" + std::string(300, ' ') + "x\"");
@@ -105,7 +105,7 @@ TEST(FileForm, LongLinesAndQuotesAreHeldInTheirBounds) {
   file.WriteLine("\"a\" , b\" c , \"");
   EXPECT_TRUE(file.Close());
   EXPECT_EQ(small.directory.Read("long.txt"), "\"\n1\t2\t\"a , b\"\t\" \"\n\"a\"\tb\" c , \"\n");
-  small.run.settings.CSV = 'N';
+  small.run.DraftSettings().CSV = 'N';
   ASSERT_TRUE(file.Open(small.directory.NameOf("long.txt")));
   file.WriteLine(std::string(261, 'x'));
   file.WriteLine(" 1 , \"2\"  ");

@@ -29,9 +29,11 @@ struct StepRun : SmallRun {
     statuses.resize(codes.size());
     a.CategoryToCode = {codes.data(), run.NCATS};
     a.StepStatus = {statuses.data(), run.NCATS};
-    for (Array1<float>* array : {&a.StepCalibration, &a.CategoryInformation, &a.CategoryHalfPoint,
-                                 &a.CategoryMeasurePoint, &a.CategoryThurstone}) {
-      *array = Floats(run.NCATS);
+    a.StepCalibration = Floats(run.NCATS);
+    a.CategoryInformation = Floats(run.NCATS);
+    for (Array1<double>* array :
+         {&a.CategoryHalfPoint, &a.CategoryMeasurePoint, &a.CategoryThurstone}) {
+      *array = Doubles(run.NCATS);
     }
     int position = 1;
     for (int g = 1; g <= a.GroupTop.Size(); ++g) {
@@ -40,7 +42,7 @@ struct StepRun : SmallRun {
       a.GroupTop[g] = static_cast<int>(scale.size()) - 1;
       for (const Position& p : scale) Set(position++, p);
     }
-    run.settings.SFILE = run.settings.ISFILE = directory.NameOf("steps.txt");
+    run.DraftSettings().SFILE = run.DraftSettings().ISFILE = directory.NameOf("steps.txt");
   }
   void Set(int position, const Position& p) {
     RunArrays& a = run.arrays;
@@ -73,7 +75,7 @@ const Scale kDichotomy{{0, kKept}, {1, kEstimated, 0}};
 
 TEST(StepFile, OneScale) {
   StepRun small(2, {kSeven});
-  small.run.settings.USCALE = -2;
+  small.run.DraftSettings().USCALE = -2;
   // -3, then 80 further up for each unused category; all of it is taken back at the next estimated
   // step: -3 + 77 + 157 - 233.5 is twice -1.5 + .25.
   EXPECT_THAT(
@@ -89,7 +91,7 @@ TEST(StepFile, OneScale) {
 TEST(StepFile, SeveralScales) {
   const Scale gaps{{0}, {2, kEstimated, -.5F}, {5, kEstimated, .5F}};  // STKEEP=N
   StepRun small(6, {kSeven, kDichotomy, {}, {{3}}, gaps});
-  ControlSettings& s = small.run.settings;
+  ControlSettings& s = small.run.DraftSettings();
   s.USCALE = -2;
   for (int i = 1; i <= 5; ++i) small.run.arrays.ItemGroup[i] = i;
   small.run.arrays.ItemGroup[6] = 2;
@@ -112,7 +114,7 @@ TEST(ItemStepFile, RowsOfAllKinds) {
   const Scale two{{1, kKept, 0, 0, 0, -1}, {2, kEstimated, 0, 16, 0, 1, 0}};
   StepRun small(4, {gaps, two});
   RunArrays& a = small.run.arrays;
-  ControlSettings& s = small.run.settings;
+  ControlSettings& s = small.run.DraftSettings();
   for (int i = 2; i <= 4; ++i) a.ItemGroup[i] = 2;
   a.ItemMeasure[1] = .5F;
   a.ItemMeasure[2] = 123456;
@@ -152,10 +154,10 @@ TEST(ItemStepFile, RowsOfAllKinds) {
 TEST(ItemStepFile, UnusedCategoriesAndUnits) {
   for (const bool several : {false, true}) {
     StepRun small(2, several ? std::vector<Scale>{kSeven, kDichotomy} : std::vector<Scale>{kSeven});
-    small.run.settings.USCALE = -2;
-    small.run.settings.CSV = 'Y';
-    small.run.settings.HLINES = 'N';
-    small.run.arrays.ItemMeasure[1] = 50;
+    small.run.DraftSettings().USCALE = -2;
+    small.run.DraftSettings().CSV = 'Y';
+    small.run.DraftSettings().HLINES = 'N';
+    small.run.arrays.ItemMeasure[1] = -25;
     if (several) small.run.arrays.ItemGroup[2] = 2;
     const std::string row = small.ItemSteps()[0];
     const std::string rest = ",63.25,50.00,50.00,50.00,";  // 2 / root .001

@@ -18,23 +18,21 @@ constexpr int kItems = 9;
 class ListRun : public test::TestRun {
  public:
   explicit ListRun(bool batch = true, bool oneScale = false) : TestRun("", batch) {
-    run.settings.NI = run.NPERS = kItems;
+    run.DraftSettings().NI = run.NPERS = kItems;
     run.NGROUPS = oneScale ? 1 : 3;
     for (int i = 0; i < kItems; ++i) group_[static_cast<std::size_t>(i)] = oneScale ? 1 : i / 3 + 1;
-    RunArrays& a = run.arrays;
-    a.ItemStatus = {itemStatus_.data(), kItems};
-    a.PersonStatus = {personStatus_.data(), kItems};
-    a.ItemMeasure = {itemMeasure_.data(), kItems};
-    a.PersonMeasure = {personMeasure_.data(), kItems};
-    a.ItemWeight = {itemWeight_.data(), kItems};
-    a.PersonWeight = {personWeight_.data(), kItems};
-    a.ItemGroup = {group_.data(), kItems};
-    a.GroupStart = {start_.data(), 3};
-    a.GroupTop = {top_.data(), 3};
-    a.GroupPivot = {pivot_.data(), 3};
-    a.GroupPivotFlag = {pivotFlag_.data(), 3};
-    a.StepStatus = {stepStatus_.data(), 9};
-    a.StepCalibration = {step_.data(), 9};
+    GivenEntries& g = run.given;
+    g.ItemStatus = {itemStatus_.data(), kItems};
+    g.PersonStatus = {personStatus_.data(), kItems};
+    g.ItemWeight = {itemWeight_.data(), kItems};
+    g.PersonWeight = {personWeight_.data(), kItems};
+    g.GroupTop = {top_.data(), 3};
+    g.GroupPivot = {pivot_.data(), 3};
+    g.GroupPivotFlag = {pivotFlag_.data(), 3};
+    g.StepStatus = {stepStatus_.data(), 9};
+    g.StepCalibration = {step_.data(), 9};
+    run.arrays.ItemGroup = {group_.data(), kItems};
+    run.arrays.GroupStart = {start_.data(), 3};
     itemStatus_.fill(Status::Active);
     personStatus_.fill(Status::Active);
   }
@@ -50,6 +48,14 @@ class ListRun : public test::TestRun {
     }
     return text;
   }
+  // The measures of all entries that the anchors set.
+  static std::string Shown(const std::vector<Anchor>& anchors) {
+    std::array<float, kItems> measures{};
+    for (const Anchor& anchor : anchors) {
+      measures[static_cast<std::size_t>(anchor.entry - 1)] = anchor.measure;
+    }
+    return Shown(Array1<float>(measures.data(), kItems));
+  }
   // "D" for a deleted entry, "A" for an anchored one.
   static std::string Letters(const Array1<StatusByte>& status) {
     std::string text;
@@ -59,7 +65,7 @@ class ListRun : public test::TestRun {
 
  private:
   std::array<StatusByte, kItems> itemStatus_{}, personStatus_{};
-  std::array<float, kItems> itemMeasure_{}, personMeasure_{}, itemWeight_{}, personWeight_{};
+  std::array<float, kItems> itemWeight_{}, personWeight_{};
   std::array<std::int32_t, kItems> group_{}, stepStatus_{};
   std::array<float, kItems> step_{};
   std::array<std::int32_t, 3> start_{1, 4, 8}, top_{2, 3, 1};
@@ -95,9 +101,9 @@ TEST(EntryLists, DeletionsAndInclusions) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.list);
     ListRun t;
-    t.run.settings.PDFILE = t.List(c.list);
+    t.run.DraftSettings().PDFILE = t.List(c.list);
     ReadPersonDeletions(t.run);
-    EXPECT_EQ(ListRun::Letters(t.run.arrays.PersonStatus), c.letters);
+    EXPECT_EQ(ListRun::Letters(t.run.given.PersonStatus), c.letters);
     EXPECT_EQ(t.run.DefaultKept, std::string(c.letters).substr(0, 4) != "DDDD");
   }
 }
@@ -105,22 +111,22 @@ TEST(EntryLists, DeletionsAndInclusions) {
 TEST(EntryLists, ReportNamesTheDeletedItemsInRuns) {
   ListRun t;
   t.OpenReport();
-  t.run.settings.IDFILE = t.List("2\n4-6\n9\n");
+  t.run.DraftSettings().IDFILE = t.List("2\n4-6\n9\n");
   ReadItemDeletions(t.run);
   EXPECT_THAT(t.Report(), HasSubstr("ITEM DELETIONS: 2 4-6 9\n"));
 }
 
 TEST(EntryLists, FileThatFails) {
   ListRun batch;
-  batch.run.settings.PDFILE = batch.directory.Path();
+  batch.run.DraftSettings().PDFILE = batch.directory.Path();
   EXPECT_THROW(ReadPersonDeletions(batch.run), RunEnded);
   // At a console the user is asked for another one.
   ListRun t(false);
   const std::string good = t.List("1\n");
-  t.run.settings.PDFILE = t.directory.NameOf("missing.txt");
+  t.run.DraftSettings().PDFILE = t.directory.NameOf("missing.txt");
   t.console.answers = {"y", good, "Y", "nowhere.txt", "n", "Yes", "7-8", "+9", "", "unused"};
   ReadPersonDeletions(t.run);
-  EXPECT_EQ(ListRun::Letters(t.run.arrays.PersonStatus), "DDDDDDDD.");
+  EXPECT_EQ(ListRun::Letters(t.run.given.PersonStatus), "DDDDDDDD.");
   EXPECT_EQ(t.console.answers.size(), 1U);
   EXPECT_THAT(t.console.Text(),
               HasSubstr(" DO YOU WANT TO READ SOME PERSONS TO DELETE FROM A FILE?\n"
@@ -134,30 +140,30 @@ TEST(EntryLists, FileThatFails) {
 
 TEST(EntryLists, AnchorsTakeTheFirstValueOfAnActiveEntry) {
   ListRun t;
-  t.run.arrays.ItemStatus[4] = Status::Deleted;
-  t.run.settings.UMEAN = 50;
-  t.run.settings.USCALE = -10;
-  t.run.settings.IAFILE = t.List(
+  t.run.given.ItemStatus[4] = Status::Deleted;
+  t.run.DraftSettings().UMEAN = 50;
+  t.run.DraftSettings().USCALE = -10;
+  t.run.inForce.IAFILE = t.List(
       "\";\",\"ENTRY\",\"MEASURE\"\n 1  60.00  1 283.0 label 7\n1 20\n3-2 +45\n4 50\n5 -.5\n"
       "6 1.2.3\n7\n8 text\n\"8,2\"\n\"7 2 forms\";\n9-12,40,1\n0 3\n");
   ReadItemAnchors(t.run);
-  EXPECT_EQ(ListRun::Letters(t.run.arrays.ItemStatus), "AAADA..AA");
-  EXPECT_EQ(ListRun::Shown(t.run.arrays.ItemMeasure), "-1 0.5 0.5 0 5.05 0 0 4.8 1");
+  EXPECT_EQ(ListRun::Letters(t.run.given.ItemStatus), "AAADA..AA");
+  EXPECT_EQ(ListRun::Shown(t.run.given.itemAnchors), "-1 0.5 0.5 0 5.05 0 0 4.8 1");
 
   ListRun other;
-  other.run.settings.UMEAN = 50;
-  other.run.settings.UANCHOR = 'N';
-  other.run.settings.UASCALE = 2;
-  other.run.settings.PAFILE = other.List("2 3\n");
+  other.run.DraftSettings().UMEAN = 50;
+  other.run.DraftSettings().UANCHOR = 'N';
+  other.run.DraftSettings().UASCALE = 2;
+  other.run.inForce.PAFILE = other.List("2 3\n");
   ReadPersonAnchors(other.run);
-  EXPECT_EQ(other.run.arrays.PersonMeasure[2], 1.5F);
-  other.run.settings.UASCALE = 1e-30F;  // out of the range of a real
-  other.run.settings.PAFILE = other.List("3 1000000000\n");
+  EXPECT_EQ(ListRun::Shown(other.run.given.personAnchors), "0 1.5 0 0 0 0 0 0 0");
+  other.run.DraftSettings().UASCALE = 1e-30F;  // out of the range of a real
+  other.run.inForce.PAFILE = other.List("3 1000000000\n");
   ReadPersonAnchors(other.run);
-  EXPECT_EQ(other.run.arrays.PersonStatus[3], Status::Active);
+  EXPECT_EQ(other.run.given.PersonStatus[3], Status::Active);
 
   ListRun missing;
-  missing.run.settings.IAFILE = missing.directory.NameOf("missing.txt");
+  missing.run.inForce.IAFILE = missing.directory.NameOf("missing.txt");
   EXPECT_THROW(ReadItemAnchors(missing.run), RunEnded);
   EXPECT_EQ(missing.run.RunIoStatus, -1);
 }
@@ -165,10 +171,10 @@ TEST(EntryLists, AnchorsTakeTheFirstValueOfAnActiveEntry) {
 TEST(EntryLists, AnchorsTypedAtTheConsole) {
   ListRun t(false);
   const std::string file = t.List("1 1.5\n");
-  t.run.settings.ANCHOR_Q = 'Y';
+  t.run.DraftSettings().ANCHOR_Q = 'Y';
   t.console.answers = {"Y", "Y", file, "Y", "N", "3-4", "2", "5", "x", "1", "9", "10", "unused"};
   ReadItemAnchors(t.run);
-  EXPECT_EQ(ListRun::Shown(t.run.arrays.ItemMeasure), "1.5 0 2 2 0 0 0 0 0");
+  EXPECT_EQ(ListRun::Shown(t.run.given.itemAnchors), "1.5 0 2 2 0 0 0 0 0");
   EXPECT_EQ(t.console.answers.size(), 1U);
   EXPECT_THAT(t.console.Text(), HasSubstr(" Processing ITEM Anchors from: " + file));
   EXPECT_THAT(t.console.Text(), HasSubstr("INPUT VALUE AT WHICH TO ANCHOR ITEM"));
@@ -176,53 +182,51 @@ TEST(EntryLists, AnchorsTypedAtTheConsole) {
 
 TEST(EntryLists, StepsBelongToTheGroupOfTheirItem) {
   ListRun t;
-  t.run.settings.USCALE = -2;
-  t.run.settings.SDFILE = t.List("4 2\n7 5\n");
+  t.run.DraftSettings().USCALE = -2;
+  t.run.DraftSettings().SDFILE = t.List("4 2\n7 5\n");
   const std::string anchors = t.directory.Write(
       "steps.txt", "; ITEM CATEGORY\n1 1 -3\n2,2,\"4\"\n5 2 9\n6 3 1\n4 3 x\n9 1\n9 2 1\n99 1 1\n");
-  t.run.settings.SAFILE = anchors;
+  t.run.DraftSettings().SAFILE = anchors;
   ReadStepList(t.run);
-  EXPECT_EQ(ListRun::Shown(t.run.arrays.StepStatus), "0 2 2 0 0 -3 0 0 0");
-  EXPECT_EQ(ListRun::Shown(t.run.arrays.StepCalibration), "0 -1.5 2 0 0 0 0 0 0");
+  EXPECT_EQ(ListRun::Shown(t.run.given.StepStatus), "0 2 2 0 0 -3 0 0 0");
+  EXPECT_EQ(ListRun::Shown(t.run.given.StepCalibration), "0 -1.5 2 0 0 0 0 0 0");
 }
 
 TEST(EntryLists, OneScaleNeedsNoItemForItsSteps) {
   ListRun t(true, true);
-  t.run.settings.SDFILE = t.List("0\n");
-  t.run.settings.SAFILE =
+  t.run.DraftSettings().SDFILE = t.List("0\n");
+  t.run.DraftSettings().SAFILE =
       t.directory.Write("steps.txt", "  0   1.00\n  1   -.50\n3 2 .25\n9 x y\n");
   ReadStepList(t.run);
-  EXPECT_EQ(ListRun::Shown(t.run.arrays.StepStatus), "-3 2 2 0 0 0 0 0 0");
-  EXPECT_EQ(ListRun::Shown(t.run.arrays.StepCalibration), "0 -0.5 0.25 0 0 0 0 0 0");
+  EXPECT_EQ(ListRun::Shown(t.run.given.StepStatus), "-3 2 2 0 0 0 0 0 0");
+  EXPECT_EQ(ListRun::Shown(t.run.given.StepCalibration), "0 -0.5 0.25 0 0 0 0 0 0");
 }
 
 TEST(EntryLists, PivotsAreSetOnceForAGroup) {
   ListRun t;
-  t.run.settings.PIVOT = t.List("1 +1.5\n2 .5\n5-9 1 ; two groups\n");
+  t.run.DraftSettings().PIVOT = t.List("1 +1.5\n2 .5\n5-9 1 ; two groups\n");
   ReadPivots(t.run);
-  EXPECT_EQ(ListRun::Shown(t.run.arrays.GroupPivot), "1.5 1 1");
+  EXPECT_EQ(ListRun::Shown(t.run.given.GroupPivot), "1.5 1 1");
   for (const char* bad : {"1 -1\n", "1\n", "x 1\n", "1 x\n"}) {
     ListRun faulty;
-    faulty.run.settings.PIVOT = faulty.List(bad);
+    faulty.run.DraftSettings().PIVOT = faulty.List(bad);
     EXPECT_THROW(ReadPivots(faulty.run), RunEnded) << bad;
     EXPECT_THAT(faulty.console.Text(), HasSubstr(std::string("\"PIVOT=\": ") + bad));
   }
   ListRun none;
   ReadPivots(none.run);
-  for (const char flag : none.run.arrays.GroupPivotFlag) EXPECT_EQ(flag, 'N');
+  for (const char flag : none.run.given.GroupPivotFlag) EXPECT_EQ(flag, 'N');
 }
 
 TEST(EntryLists, WeightsThatChangeNothingAreDropped) {
   ListRun t;
-  t.run.personWeights = t.run.itemWeights = true;
-  t.run.settings.PWEIGHT = t.List("2 2.5\n4-3 0\n5 -1\n6 x\n9-12 3\n");
-  t.run.settings.IWEIGHT = t.directory.Write("items.txt", "1-9 1\n20 4\n");
+  t.run.inForce.PWEIGHT = t.List("2 2.5\n4-3 0\n5 -1\n6 x\n9-12 3\n");
+  t.run.inForce.IWEIGHT = t.directory.Write("items.txt", "1-9 1\n20 4\n");
   ReadWeights(t.run);
-  EXPECT_EQ(ListRun::Shown(t.run.arrays.PersonWeight), "1 2.5 0 0 1 1 1 1 3");
-  EXPECT_TRUE(t.run.personWeights);
-  EXPECT_FALSE(t.run.itemWeights);
-  EXPECT_EQ(t.run.settings.IWEIGHT, "");
-  EXPECT_EQ(t.run.arrays.ItemWeight.Size(), 0);
+  EXPECT_EQ(ListRun::Shown(t.run.given.PersonWeight), "1 2.5 0 0 1 1 1 1 3");
+  EXPECT_TRUE(t.run.given.HasPersonWeights());
+  EXPECT_FALSE(t.run.given.HasItemWeights());
+  EXPECT_EQ(t.run.given.ItemWeight.Size(), 0);
 }
 
 }  // namespace

@@ -119,7 +119,7 @@ class ScanRun : public TestRun {
     const int persons = static_cast<int>(data.persons.size());
     const int items = static_cast<int>(data.items.size());
     run.NPERS = persons;
-    run.settings.NI = items;
+    run.DraftSettings().NI = items;
     personStatus_ = data.persons;
     itemStatus_ = data.items;
     models_.assign(data.items.size(), 'R');
@@ -271,7 +271,7 @@ TEST(Connectivity, AStopEndsTheSearch) {
   test.console.onPump = [](RecordingConsole& console) { console.interrupts = 1; };
   CheckConnectivity(test.run);
   EXPECT_THAT(test.console.Text(), Not(HasSubstr("SUBSET")));
-  EXPECT_EQ(test.run.connectivityText, "");
+  EXPECT_EQ(test.run.results.connectivityText, "");
 }
 
 // Two booklets of three items each; one person who meets both connects them.

@@ -113,8 +113,8 @@ TEST_F(FitOfCategories, IsTheSumOverItsObservations) {
   }
   EXPECT_EQ(a.GroupMissingCount[1], missing);
   EXPECT_NEAR(a.GroupMissingMeasure[1], missingD / missing, 1e-4);
-  EXPECT_EQ(data.run.PersonsReported, 9);
-  EXPECT_EQ(data.run.ItemsReported, kItems);
+  EXPECT_EQ(data.run.results.PersonsReported, 9);
+  EXPECT_EQ(data.run.results.ItemsReported, kItems);
 }
 
 TEST_F(FitOfCategories, LandmarksLieWhereTheModelPutsThem) {

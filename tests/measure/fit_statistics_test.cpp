@@ -50,33 +50,53 @@ TEST(FitStatistics, FitOfAnEntryUnderEachSetting) {
   EXPECT_NEAR(FindFit(sums, settings).infitZ, 8.67 + 0.0099, 1e-6);
 }
 
-// Running forms against sums over the whole set; a weight counts as so many observations.
+// Running forms against sums over the whole set.
 TEST(FitStatistics, RunningStatisticsEqualTwoPasses) {
   const std::vector<double> x = {0.3, -1.2, 2.5, 0.9, -0.4, 1.1};
   const std::vector<double> y = {1, 0, 3, 1, 2, 0};
-  const std::vector<std::vector<double>> weights = {{1, 1, 1, 1, 1, 1}, {0, 3, 0.5, 7, 1, 0.1}};
-  for (const std::vector<double>& w : weights) {
-    SCOPED_TRACE(testing::PrintToString(w));
-    CorrelationRecord record;
-    RunningSpread spread;
-    double n = 0, mx = 0, my = 0, sxx = 0, syy = 0, sxy = 0;
-    for (std::size_t i = 0; i < x.size(); ++i) {
-      record.Add(x[i], y[i], w[i]);
-      spread.Add(x[i], w[i]);
-      n += w[i];
-      mx += x[i] * w[i];
-      my += y[i] * w[i];
-    }
-    for (std::size_t i = 0; i < x.size(); ++i) {
-      sxx += w[i] * (x[i] - mx / n) * (x[i] - mx / n);
-      syy += w[i] * (y[i] - my / n) * (y[i] - my / n);
-      sxy += w[i] * (x[i] - mx / n) * (y[i] - my / n);
-    }
-    EXPECT_NEAR(record.Correlation(), sxy / std::sqrt(sxx * syy), 1e-12);
-    EXPECT_NEAR(spread.Mean(), mx / n, 1e-12);
-    EXPECT_NEAR(spread.SD(), std::sqrt(sxx / n), 1e-12);
+  const double n = 6, mx = 3.2 / n, my = 7 / n;
+  CorrelationRecord record;
+  RunningSpread spread(false);
+  double sxx = 0, syy = 0, sxy = 0;
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    record.Add(x[i], y[i], 1);
+    spread.Add(x[i], 1);
+    sxx += (x[i] - mx) * (x[i] - mx);
+    syy += (y[i] - my) * (y[i] - my);
+    sxy += (x[i] - mx) * (y[i] - my);
   }
+  EXPECT_NEAR(record.Correlation(), sxy / std::sqrt(sxx * syy), 1e-12);
+  EXPECT_NEAR(spread.Mean(), mx, 1e-12);
+  EXPECT_NEAR(spread.SD(), std::sqrt(sxx / n), 1e-12);
   EXPECT_EQ(CorrelationRecord().Correlation(), 0);
+}
+
+// With weights the settled forms, worked out by hand.
+TEST(FitStatistics, WeightedStatisticsKeepTheirSettledForm) {
+  CorrelationRecord record;
+  record.Add(0, 0, 2);
+  record.Add(7, 7, 0);   // no weight, no part
+  record.Add(10, 5, 3);  // variances 24 and 6, covariance 12
+  EXPECT_NEAR(record.Correlation(), 1, 1e-12);
+  record.Add(0, 5, 1);  // 24 + 5 - 24/6, 6 + 5/9 - 6/6, 12 - 5/3 - 12/6
+  EXPECT_NEAR(record.Correlation(), std::sqrt(0.5), 1e-12);
+
+  RunningSpread spread(true);
+  spread.Add(1, 2.5);  // counts as 2
+  spread.Add(9, 0);
+  spread.Add(4, 1.5);  // 3.5 counts as 3
+  EXPECT_NEAR(spread.Mean(), 2.5, 1e-12);
+  EXPECT_NEAR(spread.SD(), std::sqrt(3.375), 1e-12);
+  spread.Add(0, 2);  // 5: mean 1.5, a -1, variance 3.375 x 3/5 + 3
+  EXPECT_NEAR(spread.Mean(), 1.5, 1e-12);
+  EXPECT_NEAR(spread.SD(), std::sqrt(5.025), 1e-12);
+
+  RunningSpread light(true);  // a count cut to 0 would divide by 0
+  light.Add(1, 0.25);
+  light.Add(3, 0.5);
+  light.Add(5, 0.25);
+  EXPECT_NEAR(light.Mean(), 3, 1e-12);
+  EXPECT_NEAR(light.SD(), std::sqrt(2.0), 1e-12);
 }
 
 TEST(FitStatistics, WorstListHoldsEachEntryOnceLargestFirst) {

@@ -43,7 +43,7 @@ int Blank(const Case& c, Matrix& data) {
     for (int i = 1; i <= start.run.settings.NI; ++i) {
       char& code = data[static_cast<std::size_t>(n) - 1][static_cast<std::size_t>(i) - 1];
       if (!IsActive(WithoutCompleteFlag(a.PersonStatus[n])) || a.ItemStatus[i] < 1) continue;
-      const double d = (static_cast<double>(a.PersonMeasure[n]) - a.ItemMeasure[i]) / c.unit;
+      const double d = static_cast<double>(a.PersonMeasure[n]) - a.ItemMeasure[i];
       if (code == ' ' || !((c.low != 0 && d < -c.low) || (c.high != 0 && d > c.high))) continue;
       code = ' ';
       ++dropped;

@@ -66,7 +66,7 @@ TEST(ConvergenceTable, PrintsBothPhasesOnReportAndConsole) {
 
 TEST(ConvergenceTable, RepeatsTheHeadOnANewSheet) {
   SmallRun small(35, 18);
-  small.run.settings.MAXPAGE = 20;
+  small.run.DraftSettings().MAXPAGE = 20;
   ConvergenceTable table(small.run);
   table.BeginProx();
   table.BeginUcon();

@@ -15,8 +15,8 @@ struct RangeCase {
   float low, high, unit;
 };
 
-// Item 1 at 1.2 has three categories with boundaries -1.5, -1, 2.5; item 2 is a dichotomy at -0.4;
-// item 3 at 30 is extreme. Persons at 0.5 and 2.6, an extreme one at 40. UMEAN= is 1.
+// With UMEAN= of 1, item 1 at 1.2 has three categories with boundaries -1.5, -1, 2.5 from there;
+// item 2 is a dichotomy at -0.4; item 3 at 30 is extreme. Persons at 0.5 and 2.6, an extreme one.
 TEST(MeasureRange, CoversWhatTheTableShows) {
   const RangeCase cases[] = {
       {"measures alone", 4, {}, 0, -1, 3, 1},
@@ -34,25 +34,25 @@ TEST(MeasureRange, CoversWhatTheTableShows) {
   };
   SmallRun small(3, 3, 2);
   RunArrays& a = small.run.arrays;
-  a.ItemMeasure[1] = 1.2F;
-  a.ItemMeasure[2] = -0.4F;
+  a.ItemMeasure[1] = 0.2F;  // logits
+  a.ItemMeasure[2] = -1.4F;
   a.ItemMeasure[3] = 30;
   a.ItemStatus[3] = Status::ExtremeHigh;
   a.ItemGroup[2] = a.ItemGroup[3] = 2;
   a.GroupTop[1] = 2;
   a.GroupStart[2] = 4;
-  const float measures[] = {0.5F, 2.6F, 40};
+  const float measures[] = {-0.5F, 1.6F, 40};
   for (int n = 1; n <= 3; ++n) a.PersonMeasure[n] = measures[n - 1];
   a.PersonStatus[3] = Status::ExtremeHigh;
-  Array1<float> boundaries = small.Floats(5);
-  boundaries[1] = -1.5F;
+  Array1<double> boundaries = small.Doubles(5);
+  boundaries[1] = -1.5;
   boundaries[2] = -1;
   boundaries[3] = 2.5F;
-  small.run.settings.UMEAN = 1;
+  small.run.DraftSettings().UMEAN = 1;
   for (const RangeCase& c : cases) {
     small.run.request = TableRequest();
     small.run.request.CurrentTable = c.table;
-    small.run.settings.MRANGE = c.mrange;
+    small.run.DraftSettings().MRANGE = c.mrange;
     for (const auto& [slot, value] : c.slots) {
       small.run.request.TableArgumentSet[static_cast<std::size_t>(slot - 1)] = 'U';
       small.run.request.TableArgument[static_cast<std::size_t>(slot - 1)] = value;

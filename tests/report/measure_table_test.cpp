@@ -34,14 +34,19 @@ struct ItemRun : SmallRun {
       a.ItemDisplacement[i] = 0.25F;
     }
     a.ItemMeasure[3] = -12345.678F;
-    run.ActiveItems = 2;
-    run.RunDigest = "the digest";
+    run.results.ActiveItems = 2;
+    run.results.RunDigest = "the digest";
     run.request.CurrentTable = 14;
     context.items.entries = {1, 2, 3, 4, 5, 6};
-    for (int slot = 0; slot < 8; ++slot) {
-      SetSlot(context.summary, kItemSlots + slot, static_cast<float>(slot) + 0.4F, 0.2F);
+    FacetSummary& summary = run.results.summary.items;
+    float mean = 0.4F;
+    for (Statistic* statistic :
+         {&summary.score, &summary.count, &summary.measure, &summary.error, &summary.infit,
+          &summary.infitZ, &summary.outfit, &summary.outfitZ}) {
+      *statistic = {mean, 0.2F};
+      mean += 1;
     }
-    SetSlot(context.summary, kItemRealError, 7.75F, 0.125F);
+    summary.realError = {7.75F, 0.125F};
   }
   // The lines behind the page heading.
   std::vector<std::string> Print(Facet facet, std::string_view order) {
@@ -70,12 +75,12 @@ TEST(MeasureTable, PrintsEveryKindOfRow) {
 
 TEST(MeasureTable, OptionsChangeHeadsAndNumbers) {
   ItemRun small;
-  ControlSettings& s = small.run.settings;
+  ControlSettings& s = small.run.DraftSettings();
   s.TOTAL = s.REALSE = s.PTBIS = 'Y';
   s.UDECIM = 4;
   s.fitName = " LOG";
   small.GivePersonWeights();
-  small.run.arrays.PersonWeight[2] = 0.5F;
+  small.run.given.PersonWeight[2] = 0.5F;
   small.context.items.entries = {1};
   small.run.request.TableArgument[4] = 3;
   const std::vector<std::string> lines = small.Print(Facet::Items, "ALPHA");
@@ -91,11 +96,11 @@ TEST(MeasureTable, OptionalColumnsStandBehindTheCorrelation) {
   auto& run = small.run;
   run.arrays.GroupModel[2] = 'S';
   run.arrays.ItemGroup[2] = 2;
-  run.settings.GROUPS = PerItem::Text;
-  run.settings.groupsText = "ABAAAA";
+  run.DraftSettings().GROUPS = PerItem::Text;
+  run.DraftSettings().groupsText = "ABAAAA";
   run.request.CurrentTable = 25;
   small.GiveItemWeights();
-  run.arrays.ItemWeight[2] = 12.5F;
+  run.given.ItemWeight[2] = 12.5F;
   small.context.items.entries = {1, 2, 4};
   const std::vector<std::string> lines = small.Print(Facet::Items, "DISPLACEMENT");
   EXPECT_THAT(lines[4], EndsWith("------" + Horizontal(5) + "-" + Horizontal(8) + "-" +
@@ -116,8 +121,8 @@ TEST(MeasureTable, RightEdgeIsStraight) {
     if ((mask & 2) != 0) small.run.arrays.GroupModel[1] = 'F';
     if ((mask & 4) != 0)
       facet == Facet::Items ? small.GiveItemWeights() : small.GivePersonWeights();
-    small.run.ItemDisplaced = small.run.PersonDisplaced = (mask & 8) != 0;
-    small.run.settings.PERSON_LABEL = "SCHOOLCHILD";
+    small.run.results.fit.ItemDisplaced = small.run.results.fit.PersonDisplaced = (mask & 8) != 0;
+    small.run.DraftSettings().PERSON_LABEL = "SCHOOLCHILD";
     small.run.arrays.PersonStatus[2] = Status::ExtremeLow;
     small.run.arrays.PersonStatus[3] = Status::Deleted;
     small.context.persons.entries = {1, 2, 3};
@@ -161,7 +166,7 @@ TEST(MeasureTable, FitOrderOmitsTheMiddle) {
 
   EXPECT_EQ(FitRun(52).Rows().size(), 52U) << "a list of 52 leaves nobody out";
   FitRun wide(60);
-  wide.run.settings.FITP = -0.5F;  // its size counts: nobody fits better
+  wide.run.DraftSettings().FITP = -0.5F;  // its size counts: nobody fits better
   EXPECT_EQ(wide.Rows().size(), 60U);
 
   FitRun late(60);  // no printed row is negative: the line stands at the end of the list
@@ -173,9 +178,9 @@ TEST(MeasureTable, FitOrderOmitsTheMiddle) {
 
 TEST(MeasureTable, SendsItsFirstRowsToTheScreen) {
   FitRun small(6);
-  small.run.settings.PERSON_LABEL = std::string(12, 'L');
+  small.run.DraftSettings().PERSON_LABEL = std::string(12, 'L');
   small.run.LongestLabel = 30;
-  small.run.settings.NAMLEN = 6;
+  small.run.DraftSettings().NAMLEN = 6;
   MeasureTable(small.context, Facet::Persons, "MISFIT").Print();
   MeasureTable(small.context, Facet::Persons, "MISFIT").Print();
   MeasureTable(small.context, Facet::Persons, "ENTRY").Print();

@@ -22,7 +22,7 @@ TEST(PageHeading, NameTitleAndStampStandInTheirColumns) {
     SmallRun small(3, 2);
     small.run.startUp.ReportFileName = "A" + std::string(length - 1, 'n');
     small.run.startUp.ReportFileName.back() = 'Z';
-    small.run.settings.TITLE = std::string(60, 'T');
+    small.run.DraftSettings().TITLE = std::string(60, 'T');
     small.run.request.CurrentTable = 16;
     PutPageHeading(small.run, 1);
     const std::vector<std::string> lines = small.ReportLines();
@@ -41,7 +41,7 @@ TEST(PageHeading, NameTitleAndStampStandInTheirColumns) {
 TEST(PageHeading, HeadingNoPrintsTheFirstOfEachTable) {
   SmallRun small(0, 2);
   small.run.personsRead = 0;
-  small.run.settings.HEADING = 'N';
+  small.run.DraftSettings().HEADING = 'N';
   small.run.report.LinesOnPage = -1;
   PutPageHeading(small.run, 0);
   PutPageHeading(small.run, 5);
@@ -56,7 +56,7 @@ TEST(Paging, BreaksSheetsOnlyBeyondTheirLength) {
   SmallRun small(3, 2);
   auto& run = small.run;
   EXPECT_FALSE(CheckPageBreak(run, 30000)) << "without MAXPAGE= no Table is broken";
-  run.settings.MAXPAGE = 20;
+  run.DraftSettings().MAXPAGE = 20;
   EXPECT_FALSE(CheckPageBreak(run, 20));
   EXPECT_TRUE(CheckPageBreak(run, 21));
   EXPECT_EQ(run.report.LinesOnPage, 2);

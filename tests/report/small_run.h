@@ -16,16 +16,16 @@ namespace vardento::test {
 class SmallRun : public TestRun {
  public:
   SmallRun(int persons, int items, int groups = 1) : TestRun("NI=2\n&END\n", false) {
-    ControlSettings& s = run.settings;
+    ControlSettings& s = run.DraftSettings();
     s.NI = items;
     s.NAMLEN = 6;
-    s.ITLEN = 6;
+    run.inForce.ITLEN = 6;
     s.TITLE = "Fruit";
     s.groupsText = "1";
     run.NPERS = run.personsRead = persons;
-    run.ActivePersons = persons;
-    run.ActiveItems = items;
-    run.ActiveCategories = 2;
+    run.results.ActivePersons = persons;
+    run.results.ActiveItems = items;
+    run.results.ActiveCategories = 2;
     run.NGROUPS = groups;
     run.LongestLabel = 6;
     MakeItems(items, groups);
@@ -45,14 +45,8 @@ class SmallRun : public TestRun {
     run.stores.itemLabels.Write(i, (label + "      ").substr(0, 6).data());
   }
   // Weights of 1 for one side.
-  void GiveItemWeights() {
-    run.itemWeights = true;
-    run.arrays.ItemWeight = Floats(run.settings.NI, 1.0F);
-  }
-  void GivePersonWeights() {
-    run.personWeights = true;
-    run.arrays.PersonWeight = Floats(run.NPERS, 1.0F);
-  }
+  void GiveItemWeights() { run.given.ItemWeight = Floats(run.settings.NI, 1.0F); }
+  void GivePersonWeights() { run.given.PersonWeight = Floats(run.NPERS, 1.0F); }
   // The report's lines so far, without the control column; a page start keeps its form feed.
   std::vector<std::string> ReportLines() { return LinesOf(Report()); }
   static std::vector<std::string> LinesOf(const std::string& text) {
@@ -65,8 +59,12 @@ class SmallRun : public TestRun {
     floats_.emplace_back(static_cast<std::size_t>(count), value);
     return {floats_.back().data(), count};
   }
+  Array1<double> Doubles(int count) {
+    doubles_.emplace_back(static_cast<std::size_t>(count), 0.0);
+    return {doubles_.back().data(), count};
+  }
 
-  ReportContext context{.run = run, .summary = {}, .persons = {}, .items = {}};
+  ReportContext context{.run = run, .persons = {}, .items = {}};
 
  private:
   template <class T>
@@ -78,10 +76,11 @@ class SmallRun : public TestRun {
     RunArrays& a = run.arrays;
     for (Array1<float>* array :
          {&a.ItemMeasure, &a.ItemScore, &a.ItemCount, &a.ItemTotalScore, &a.ItemTotalCount,
-          &a.ItemError, &a.ItemInfit, &a.ItemOutfit, &a.ItemInfitZ, &a.ItemOutfitZ,
-          &a.ItemCorrelation, &a.ItemDisplacement}) {
+          &a.ItemInfit, &a.ItemOutfit, &a.ItemInfitZ, &a.ItemOutfitZ, &a.ItemCorrelation}) {
       *array = Floats(items);
     }
+    a.ItemError = Doubles(items);
+    a.ItemDisplacement = Doubles(items);
     a.ItemStatus = Cut(statuses_, items, Status::Active);
     a.ItemGroup = Cut(integers_, items, std::int32_t{1});
     a.GroupStart = Cut(integers_, groups, std::int32_t{1});
@@ -98,17 +97,10 @@ class SmallRun : public TestRun {
   }
 
   std::deque<std::vector<float>> floats_;
+  std::deque<std::vector<double>> doubles_;
   std::deque<std::vector<std::int32_t>> integers_;
   std::deque<std::vector<StatusByte>> statuses_;
   std::deque<std::vector<char>> characters_;
 };
-
-inline void SetSlot(FitSummary& summary, int slot, float mean, float sd, float maximum = 0,
-                    float minimum = 0) {
-  summary.slots[slot].mean = mean;
-  summary.slots[slot].sd = sd;
-  summary.slots[slot].maximum = maximum;
-  summary.slots[slot].minimum = minimum;
-}
 
 }  // namespace vardento::test

@@ -27,7 +27,7 @@ TEST(SortedLists, FitOrderTakesTheLargerStatisticAndBreaksTiesByNumber) {
   SelectedList list;
   SortByFit(small.run, ArraysOf(small.run, Facet::Persons), list);
   EXPECT_THAT(list.entries, ElementsAre(3, 4, 1, 2, 6));
-  small.run.settings.OUTFIT = 'N';
+  small.run.DraftSettings().OUTFIT = 'N';
   SortByFit(small.run, ArraysOf(small.run, Facet::Persons), list);
   EXPECT_THAT(list.entries, ElementsAre(4, 1, 2, 6, 3));
   EXPECT_EQ(list.order, 'F');
@@ -39,16 +39,15 @@ TEST(SortedLists, LettersDecideEntriesDirectionAndTies) {
   SmallRun small(2, 6);
   RunArrays& a = small.run.arrays;
   const float keys[] = {0.5F, -1, 0.5F, 2, 0.50005F, 7};
-  for (int i = 1; i <= 6; ++i) a.ItemCorrelation[i] = keys[i - 1];
+  for (int i = 1; i <= 6; ++i) a.ItemMeasure[i] = a.ItemCorrelation[i] = keys[i - 1];
   a.ItemStatus[4] = Status::ExtremeLow;
   a.ItemStatus[6] = Status::NoResponses;
-  const FacetArrays arrays = ArraysOf(small.run, Facet::Items);
   SelectedList list;
-  SortByValue('M', arrays, a.ItemCorrelation, list);
+  SortByValue(small.run, Facet::Items, 'M', list);
   EXPECT_THAT(list.entries, ElementsAre(4, 1, 3, 5, 2));
-  SortByValue('m', arrays, a.ItemCorrelation, list);
+  SortByValue(small.run, Facet::Items, 'm', list);
   EXPECT_THAT(list.entries, ElementsAre(4, 5, 3, 1, 2));
-  SortByValue('P', arrays, a.ItemCorrelation, list);
+  SortByValue(small.run, Facet::Items, 'P', list);
   EXPECT_THAT(list.entries, ElementsAre(2, 1, 3, 5));
   EXPECT_EQ(list.order, 'P');
 }
@@ -64,7 +63,7 @@ TEST(SortedLists, LongListsComeOutSorted) {
           static_cast<float>(-n) / 8;
     }
     SelectedList list;
-    SortByValue('M', ArraysOf(small.run, Facet::Persons), small.run.arrays.PersonMeasure, list);
+    SortByValue(small.run, Facet::Persons, 'M', list);
     EXPECT_EQ(list.entries, order) << count;
   }
 }

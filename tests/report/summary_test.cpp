@@ -1,3 +1,5 @@
+#include "measure/summary.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,22 +12,25 @@ namespace {
 using testing::ElementsAre;
 
 // Persons whose measures spread beyond their errors, items whose measures don't.
-FitSummary Summary() {
-  FitSummary s;
-  SetSlot(s, 1, 12.3F, 4.5F, 19, 2);
-  SetSlot(s, 2, 18.5F, 0.5F, 20, 15);
-  SetSlot(s, 3, 0.5F, 1.2F, 2.75F, -3.25F);
-  SetSlot(s, 4, 0.55F, 0.08F, 1.0F, 0.4F);
-  SetSlot(s, 5, 1, 0.2F, 1.9F, 0.5F);
-  SetSlot(s, 6, -0.1F, 1.1F, 3.2F, -2.5F);
-  SetSlot(s, 7, 1.05F, 0.4F, 9.9F, 0.1F);
-  SetSlot(s, 8, 0.04F, 0.9F, 4.1F, -1.4F);
-  SetSlot(s, kPersonRealError, 0.6F, 0.1F, 1.25F, 0.45F);
-  SetSlot(s, kItemSlots + 2, 0, 0.5F);
-  SetSlot(s, kItemRealError, 0.6F, 0.1F);
-  SetSlot(s, kAllPersonMeasures, 0.7F, 1.5F);
-  SetSlot(s, kAllPersonErrors, 0.8F, 0.3F);
-  SetSlot(s, kAllPersonRealErrors, 0.9F, 0.3F);
+Summary MakeSummary(const Run& run) {
+  Summary s;
+  FacetSummary& p = s.persons;
+  p.measured = run.results.ActivePersons;
+  p.score = {12.3F, 4.5F, 19, 2};
+  p.count = {18.5F, 0.5F, 20, 15};
+  p.measure = {0.5F, 1.2F, 2.75F, -3.25F};
+  p.error = {0.55F, 0.08F, 1.0F, 0.4F};
+  p.infit = {1, 0.2F, 1.9F, 0.5F};
+  p.infitZ = {-0.1F, 1.1F, 3.2F, -2.5F};
+  p.outfit = {1.05F, 0.4F, 9.9F, 0.1F};
+  p.outfitZ = {0.04F, 0.9F, 4.1F, -1.4F};
+  p.realError = {0.6F, 0.1F, 1.25F, 0.45F};
+  p.realSeparation = Separation(0.1, 0.6, 1.2);
+  p.meanError = 1.2;
+  s.items.measured = run.results.ActiveItems;
+  s.items.measure = {0, 0.5F};
+  s.items.realError = {0.6F, 0.1F};
+  s.items.realSeparation = Separation(0.1, 0.6, 0.5);
   return s;
 }
 
@@ -33,7 +38,8 @@ FitSummary Summary() {
 TEST(RunSummary, PrintsTheBoxAndLeavesTheDigest) {
   SmallRun small(35, 18);
   small.run.personsRead = 40;
-  WriteRunSummary(small.run, Summary());
+  small.run.results.summary = MakeSummary(small.run);
+  WriteRunSummary(small.run);
   ShowRunSummary(small.run);
   const std::string rule(76, '-');
   const std::vector<std::string> lines = small.ReportLines();
@@ -53,7 +59,7 @@ TEST(RunSummary, PrintsTheBoxAndLeavesTheDigest) {
           "| S.D.        .0        .0         .50     .10       .00     .0    .00     .0|",
           "| REAL RMSE    .61  ADJ.SD     .00  SEPARATION   .00  ITEM   RELIABILITY  .00|",
           "+" + rule + "+"));
-  EXPECT_EQ(small.run.RunDigest,
+  EXPECT_EQ(small.run.results.RunDigest,
             "PERSON: REAL SEP.: 1.70  REL.: .74 ... ITEM: REAL SEP.: .00  REL.: .00");
   ASSERT_EQ(small.console.lines.size(), lines.size() + 1);
   for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -65,8 +71,9 @@ TEST(RunSummary, PrintsTheBoxAndLeavesTheDigest) {
 // ASCII=N leaves the box characters to the report; a screen would show them as rubbish.
 TEST(RunSummary, ScreenHasPlainRulesUnderAsciiNo) {
   SmallRun small(35, 18);
-  small.run.settings.ASCII = 'N';
-  WriteRunSummary(small.run, Summary());
+  small.run.DraftSettings().ASCII = 'N';
+  small.run.results.summary = MakeSummary(small.run);
+  WriteRunSummary(small.run);
   ShowRunSummary(small.run);
   ASSERT_GT(small.console.lines.size(), 2U);
   EXPECT_EQ(small.console.lines[1], " +" + std::string(76, '-') + "+");
@@ -77,13 +84,12 @@ TEST(SummaryTable, CountsThoseLeftOut) {
   SmallRun small(9, 20);
   auto& run = small.run;
   run.personsRead = 11;
-  run.ActivePersons = 5;
-  run.settings.USCALE = 10;
-  run.settings.CUTLO = -2;
-  const StatusByte ends[] = {Status::ExtremeHigh, Status::ExtremeLow, Status::NoResponses,
-                             Status::Deleted};
-  for (int i = 0; i < 4; ++i) run.arrays.PersonStatus[6 + i] = ends[i];
-  small.context.summary = Summary();
+  run.results.ActivePersons = 5;
+  run.DraftSettings().USCALE = 10;
+  run.results.rangeCut.below = 2;
+  run.results.summary = MakeSummary(run);
+  FacetSummary& persons = run.results.summary.persons;
+  persons.maximum = persons.minimum = persons.lacking = persons.deleted = 1;
   PrintSummaryTable(small.context);
   const std::vector<std::string> lines = small.ReportLines();
   ASSERT_GT(lines.size(), 29U);
@@ -93,7 +99,7 @@ TEST(SummaryTable, CountsThoseLeftOut) {
                           "      LACKING RESPONSES:      1 PERSONS",
                           "        BEYOND CAPACITY:      2 PERSONS",
                           "                DELETED:      1 PERSONS",
-                          "        VALID RESPONSES:  92.5%CUTLO=-20.0 CUTHI=   .0"));
+                          "        VALID RESPONSES:  92.5%CUTLO= 20.0 CUTHI=   .0"));
   EXPECT_EQ(lines[29], "     SUMMARY OF     20 MEASURED ITEMS");
 }
 
@@ -101,12 +107,11 @@ TEST(SummaryTable, CountsThoseLeftOut) {
 TEST(SummaryTable, AllExtremeAndRealErrors) {
   SmallRun small(2, 2);
   auto& run = small.run;
-  run.ActivePersons = 0;
-  run.settings.REALSE = 'Y';
-  run.settings.PERSON_LABEL = "SCHOOLCHILD";
-  run.arrays.PersonStatus[1] = Status::ExtremeHigh;
-  run.arrays.PersonStatus[2] = Status::ExtremeLow;
-  small.context.summary = Summary();
+  run.results.ActivePersons = 0;
+  run.DraftSettings().REALSE = 'Y';
+  run.DraftSettings().PERSON_LABEL = "SCHOOLCHILD";
+  run.results.summary = MakeSummary(run);
+  run.results.summary.persons.maximum = run.results.summary.persons.minimum = 1;
   PrintSummaryTable(small.context);
   const std::string report = small.Report();
   for (const char* text :

@@ -59,8 +59,8 @@ std::vector<std::string> Headings(const std::vector<std::string>& lines) {
 TEST(RunRequestedTables, PrintsInAscendingOrderThenTheList) {
   SmallRun small(3, 3);
   auto& run = small.run;
-  run.settings.TABLES = "0010010001001111111000001100000000000001";
-  run.settings.TFILE = small.directory.Write(
+  run.inForce.TABLES = "0010010001001111111000001100000000000001";
+  run.DraftSettings().TFILE = small.directory.Write(
       "tables.txt", "6.4\n  \n; a comment 6\n18 ; 6\n0\n41\n13.1 \"6\"\n32\n3.1 - - 4");
   run.request.TableArgumentSet[0] = 'Y';
   RunRequestedTables(small.context);
@@ -79,7 +79,7 @@ TEST(RunRequestedTables, PrintsInAscendingOrderThenTheList) {
 TEST(RunRequestedTables, TellsOfAListThatItCantTake) {
   for (const bool absent : {false, true}) {
     SmallRun small(3, 3);
-    std::string& list = small.run.settings.TFILE;
+    std::string& list = small.run.DraftSettings().TFILE;
     list = absent ? small.directory.NameOf("absent.txt") : small.run.report.Name();
     RunRequestedTables(small.context);
     EXPECT_THAT(small.console.lines, ElementsAre("PROBLEM OPENING TABLE FILE: " + list));
@@ -90,7 +90,7 @@ TEST(RunRequestedTables, TellsOfAListThatItCantTake) {
 // A stop that the user asks for while Tables are printed leaves the rest out.
 TEST(RunRequestedTables, StopsBetweenTables) {
   SmallRun small(3, 3);
-  small.run.settings.TABLES = "111";
+  small.run.inForce.TABLES = "111";
   small.run.StopRequest = 1;
   RunRequestedTables(small.context);
   EXPECT_TRUE(small.console.lines.empty());
@@ -100,9 +100,9 @@ TEST(RunRequestedTables, StopsBetweenTables) {
 TEST(DispatchTable, AlphabeticalItemsWithoutLabels) {
   for (const bool both : {false, true}) {
     SmallRun small(3, 3);
-    small.run.settings.INUMB = 'Y';
-    small.run.settings.ITLEN = 8;
-    small.run.settings.TABLES = both ? "000000000000011" : "000000000000001";
+    small.run.DraftSettings().INUMB = 'Y';
+    small.run.inForce.ITLEN = 8;
+    small.run.inForce.TABLES = both ? "000000000000011" : "000000000000001";
     RunRequestedTables(small.context);
     const std::string report = small.Report();
     EXPECT_EQ(report.find("TABLE 15.1") == std::string::npos, both);

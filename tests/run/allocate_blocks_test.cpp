@@ -19,10 +19,12 @@ std::vector<T> Elements(const Array1<T>& array) {
   return {array.begin(), array.end()};
 }
 
+std::size_t NothingLater(int) { return 0; }
+
 void SizeRun(Run& run) {
-  run.settings.NI = 10;
-  run.settings.MODELS = PerItem::Text;
-  run.settings.IWEIGHT = "weights.txt";
+  run.DraftSettings().NI = 10;
+  run.DraftSettings().MODELS = PerItem::Text;
+  run.inForce.IWEIGHT = "weights.txt";
   run.NGROUPS = 3;
   run.NCATS = 7;
   run.MAXCAT = 4;
@@ -34,7 +36,7 @@ void AllocateAll(Run& run) {
   ReserveItemTexts(run);
   AllocateGroupBlock(run);
   AllocateCategoryBlock(run);
-  AllocatePersonBlock(run);
+  AllocatePersonBlock(run, NothingLater);
   AllocateWeightBlock(run);
 }
 
@@ -45,14 +47,14 @@ TEST(AllocateBlocks, TellsWhichMemoryIsMissing) {
   };
   const Case cases[] = {
       {1,
-       "       748 bytes of memory not available. NOT ENOUGH MEMORY FOR      10 ITEMS IOSTAT="
+       "       710 bytes of memory not available. NOT ENOUGH MEMORY FOR      10 ITEMS IOSTAT="
        "    -2"},
       // The groups string and the four requests behind it end in one message.
       {2, "NOT ENOUGH MEMORY FOR      10 KEY/RESCOR/GROUPS/MODELS/IVALUE IOSTAT=    -2"},
       {5, "        42 bytes of memory not available. NOT ENOUGH MEMORY FOR      10 KEY/"},
-      {6, "        98 bytes of memory not available. NOT ENOUGH MEMORY FOR       3 SCALE GROUPS"},
-      {7, "       556 bytes of memory not available. NOT ENOUGH MEMORY FOR       7 CATEGORIES"},
-      {8, "       692 bytes of memory not available. NOT ENOUGH MEMORY FOR      20 PERSONS"},
+      {6, "        81 bytes of memory not available. NOT ENOUGH MEMORY FOR       3 SCALE GROUPS"},
+      {7, "       644 bytes of memory not available. NOT ENOUGH MEMORY FOR       7 CATEGORIES"},
+      {8, "       600 bytes of memory not available. NOT ENOUGH MEMORY FOR      20 PERSONS"},
   };
   for (const Case& c : cases) {
     TestRun test("", false);
@@ -64,7 +66,7 @@ TEST(AllocateBlocks, TellsWhichMemoryIsMissing) {
   }
   TestRun test("", false);
   SizeRun(test.run);
-  test.run.settings.IWEIGHT.clear();
+  test.run.inForce.IWEIGHT.clear();
   AllocateAll(test.run);  // no weights asked for: no block
   EXPECT_FALSE(test.run.weightBlock);
 }
@@ -73,24 +75,27 @@ TEST(AllocateBlocks, KeepsAsManyPersonsAsMemoryTakes) {
   struct Case {
     std::size_t limit;
     int kept;
+    std::size_t later = 0;  // bytes for each person that a phase will want
   };
-  // 33 bytes for each person and 32 to spare; a smaller probe may not let the block overrun.
-  for (const Case& c : {Case{32 + 33 * 19, 19}, {32 + 33 * 8 + 32, 8}, {32 + 33, 1}}) {
+  // 30 bytes for each person, and 52 for the weights of 10 items and 3 groups.
+  for (const Case& c :
+       {Case{52 + 30 * 19, 19}, {52 + 30 * 9 - 1, 8}, {52 + 30, 1}, {52 + 38 * 19, 19, 8}}) {
     TestRun test("", false);
     SizeRun(test.run);
     test.run.memory.SetLimit(c.limit);
-    AllocatePersonBlock(test.run);
+    AllocatePersonBlock(test.run,
+                        [&c](int persons) { return c.later * static_cast<std::size_t>(persons); });
     EXPECT_EQ(test.run.NPERS, c.kept);
-    EXPECT_EQ(test.run.arrays.PersonStatus.Size(), c.kept);
+    EXPECT_EQ(test.run.given.PersonStatus.Size(), c.kept);
     EXPECT_THAT(test.console.lines,
-                ElementsAre("692 bytes of memory not available. Complete analysis not done.",
+                ElementsAre("600 bytes of memory not available. Complete analysis not done.",
                             testing::AllOf(testing::StartsWith(" ONLY FIRST"),
                                            HasSubstr(" OF      20 PERSONS"))));
   }
   TestRun test("", false);
   SizeRun(test.run);
-  test.run.memory.SetLimit(64);
-  EXPECT_THROW(AllocatePersonBlock(test.run), RunEnded);
+  test.run.memory.SetLimit(52 + 29);
+  EXPECT_THROW(AllocatePersonBlock(test.run, NothingLater), RunEnded);
 }
 
 TEST(AllocateBlocks, HalvesThePersonTrialAndGivesUpAtTen) {
@@ -117,14 +122,14 @@ TEST(PersonStatus, SurvivesTheTrialThroughItsHoldFile) {
   for (const Case& c : cases) {
     TestRun test("", false);
     AllocatePersonStatusTrial(test.run);
-    std::copy(c.trial.begin(), c.trial.end(), test.run.arrays.PersonStatus.begin());
+    std::copy(c.trial.begin(), c.trial.end(), test.run.given.PersonStatus.begin());
     test.run.DefaultKept = c.defaultKept;
     test.run.NPERS = 5;
     HoldPersonStatus(test.run);
     EXPECT_FALSE(test.run.personStatusTrial);
-    AllocatePersonBlock(test.run);
+    AllocatePersonBlock(test.run, NothingLater);
     RestorePersonStatus(test.run);
-    EXPECT_EQ(Elements(test.run.arrays.PersonStatus), c.kept);
+    EXPECT_EQ(Elements(test.run.given.PersonStatus), c.kept);
     EXPECT_EQ(test.directory.Files().size(), 2U);  // the Control File and "ZIN": no hold file
   }
 }

@@ -122,8 +122,8 @@ TEST(PutLine, FollowsTheControlColumnAndTheGraphicsTable) {
   for (const Case& c : cases) {
     TestRun test;
     test.OpenReport();
-    test.run.settings.FORMFD = c.formfd;
-    test.run.settings.ASCII = c.ascii;
+    test.run.DraftSettings().FORMFD = c.formfd;
+    test.run.DraftSettings().ASCII = c.ascii;
     test.run.report.LinesOnPage = 7;
     test.run.report.PutLine(c.line, test.run.settings);
     EXPECT_EQ(test.run.report.LinesOnPage, c.linesOnPage);

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "data/work_files.h"
+#include "measure/entry_values.h"
 #include "support/whole_run.h"
 
 namespace vardento::test {
@@ -17,9 +17,19 @@ namespace vardento::test {
 // One row for each person, one character for each item; ' ' is missing.
 using Matrix = std::vector<std::string>;
 
+// What is reported of one side, in the user's units.
 struct Estimates {
   std::vector<double> measure, error, infit, outfit, count, score;
   std::vector<int> status;
+  void Take(const EntryValues& values) {
+    measure.push_back(values.measure);
+    error.push_back(values.error);
+    infit.push_back(values.infit);
+    outfit.push_back(values.outfit);
+    count.push_back(values.count);
+    score.push_back(values.score);
+    status.push_back(values.status);
+  }
 };
 
 struct AllEstimates {
@@ -54,23 +64,10 @@ inline AllEstimates EstimatesOf(WholeRun& whole) {
   AllEstimates all;
   const RunArrays& a = whole.run.arrays;
   for (int n = 1; n <= whole.run.NPERS; ++n) {
-    all.persons.measure.push_back(a.PersonMeasure[n]);
-    all.persons.error.push_back(a.PersonError[n]);
-    all.persons.infit.push_back(a.PersonInfit[n]);
-    all.persons.outfit.push_back(a.PersonOutfit[n]);
-    all.persons.status.push_back(a.PersonStatus[n]);
-    const PersonWorkRecord record = ReadPersonWork(whole.run, n);
-    all.persons.count.push_back(record.count);
-    all.persons.score.push_back(record.score);
+    all.persons.Take(ReadEntryValues(whole.run, Facet::Persons, n));
   }
   for (int i = 1; i <= whole.run.settings.NI; ++i) {
-    all.items.measure.push_back(a.ItemMeasure[i]);
-    all.items.error.push_back(a.ItemError[i]);
-    all.items.infit.push_back(a.ItemInfit[i]);
-    all.items.outfit.push_back(a.ItemOutfit[i]);
-    all.items.status.push_back(a.ItemStatus[i]);
-    all.items.count.push_back(a.ItemCount[i]);
-    all.items.score.push_back(a.ItemScore[i]);
+    all.items.Take(ReadEntryValues(whole.run, Facet::Items, i));
   }
   for (int g = 1; g <= whole.run.NGROUPS; ++g) {
     all.steps.emplace_back();

@@ -40,10 +40,10 @@ inline double LogitsOf(const Run& run, double measure, double bias) {
 }
 
 inline double WeightOfPerson(const Run& run, int n) {
-  return run.personWeights ? run.arrays.PersonWeight[n] : 1;
+  return run.given.HasPersonWeights() ? run.given.PersonWeight[n] : 1;
 }
 inline double WeightOfItem(const Run& run, int i) {
-  return run.itemWeights ? run.arrays.ItemWeight[i] : 1;
+  return run.given.HasItemWeights() ? run.given.ItemWeight[i] : 1;
 }
 
 // A score of one side, held inside its ends: where the curve, which rises, is to be met.
@@ -74,14 +74,14 @@ class ScoreCurve {
       const int x = Category(group_, target);
       for (int n = 1; n <= run_.NPERS; ++n) {
         if (a.PersonStatus[n] < 1 || !(WeightOfPerson(run_, n) > 0)) continue;
-        const double b = LogitsOf(run_, a.PersonMeasure[n], run_.PersonBias);
+        const double b = a.PersonMeasure[n];
         sum += WeightOfPerson(run_, n) * ExpectedScore(run_, group_, m + b, x);
       }
       return sum;
     }
     for (int i = 1; i <= run_.settings.NI; ++i) {
       if (a.ItemStatus[i] < 1 || !(WeightOfItem(run_, i) > 0)) continue;
-      const double d = LogitsOf(run_, a.ItemMeasure[i], run_.ItemBias);
+      const double d = a.ItemMeasure[i];
       const int group = a.ItemGroup[i];
       sum += WeightOfItem(run_, i) * ExpectedScore(run_, group, m - d, Category(group, target));
     }

@@ -1,0 +1,45 @@
+// From the logits of the estimation to the units of the user and back. Arrays stay in logits; a
+// Table or a file reads them through this record, so that another USCALE= costs nothing.
+#pragma once
+
+#include <cmath>
+
+#include "run/facet.h"
+#include "run/run.h"
+
+namespace vardento {
+
+class UserScale {
+ public:
+  // The scale of one side's measures, with its bias factor.
+  UserScale(const Run& run, Facet facet)
+      : UserScale(run.settings,
+                  facet == Facet::Persons ? run.results.PersonBias : run.results.ItemBias) {}
+  // The scale of distances that no bias factor applies to: landmarks of categories, steps.
+  explicit UserScale(const ControlSettings& settings) : UserScale(settings, 1) {}
+
+  // A measure: moved by UMEAN= and turned round by a negative USCALE=.
+  float Measure(double logits) const { return static_cast<float>(logits * units_ + mean_); }
+  // A difference of two measures, which keeps its sign from the measures.
+  float Difference(double logits) const { return static_cast<float>(logits * units_); }
+  // How far two points of a scale lie apart: its direction stays whatever the sign of USCALE=.
+  float Distance(double logits) const { return static_cast<float>(logits * std::fabs(units_)); }
+  // A standard error. PAIRED=Y: every comparison stands in the data twice.
+  float Error(double logits) const {
+    const double error = std::fabs(units_) * logits;
+    return static_cast<float>(paired_ ? kPairedError * error : error);
+  }
+  double ToLogits(double measure) const { return (measure - mean_) / units_; }
+
+ private:
+  static constexpr double kPairedError = 1.4142;
+
+  UserScale(const ControlSettings& settings, double bias)
+      : units_(bias * settings.USCALE), mean_(settings.UMEAN), paired_(settings.PAIRED == 'Y') {}
+
+  double units_;  // user units in a logit
+  double mean_;   // user measure of 0 logits
+  bool paired_;
+};
+
+}  // namespace vardento
