@@ -177,7 +177,7 @@ Figures RunOnce(const DataSet& set, const std::string& directory) {
     figures.joint = run.phases.Seconds(Phase::Joint);
     figures.fit = run.phases.Seconds(Phase::Fit);
     figures.output = run.phases.Seconds(Phase::Output);
-    figures.iterations = run.UconIterations;
+    figures.iterations = static_cast<int>(run.results.iterations.size());
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     figures.peakMegabytes = static_cast<double>(usage.ru_maxrss) / 1024;

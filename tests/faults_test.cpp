@@ -92,6 +92,48 @@ TEST_F(Faults, WithoutMemoryARunEndsInWordsOrGivesTheSameResults) {
   EXPECT_GT(managed, 2) << "the stores that it can";
 }
 
+// A limit from next to nothing upwards. Each gives the whole run, the run with the persons that
+// fit, or the memory message in a finished report.
+TEST(Memory, EveryLimitGivesAWholeRunFewerPersonsOrTheMessage) {
+  constexpr int kPersons = 150;
+  const Matrix data = Simulate(kPersons, 6, 2, 21);
+  const std::string lines = "CODES=012\nPTBIS=Y\nTABLES=00100100010000000100\nPWEIGHT=*\n2 2\n*";
+  WholeRun all;
+  RunData(all, data, lines);
+  const AllEstimates expected = EstimatesOf(all);
+  int whole = 0, reduced = 0, ended = 0;
+  for (std::size_t limit = 500; whole < 5; limit += limit / 40) {
+    SCOPED_TRACE(limit);
+    ASSERT_LT(limit, 100'000U) << "more than all arrays of the run";
+    WholeRun tight;
+    tight.run.memory.SetLimit(limit);
+    tight.directory.Write("control.txt", ControlText(data, lines));
+    tight.directory.Write("data.txt", DataText(data));
+    testing::internal::CaptureStderr();
+    const int exit = tight.Execute(kTight);
+    testing::internal::GetCapturedStderr();
+    const std::string report = tight.directory.Read("report.txt");
+    EXPECT_THAT(report, HasSubstr("TABLE 0.3"));
+    if (exit != kExitGood) {
+      // Of very few persons nobody may be left to measure.
+      EXPECT_THAT(report, AnyOf(HasSubstr(" bytes of memory not available. NOT ENOUGH MEMORY FOR"),
+                                HasSubstr("No Non-Extreme Persons")));
+      ++ended;
+    } else if (tight.run.NPERS < kPersons) {
+      const std::string kept = std::to_string(tight.run.NPERS);
+      EXPECT_THAT(report, AnyOf(HasSubstr(kept + " OF     150 PERSONS PROCESSED DUE TO MEMORY"),
+                                HasSubstr("PERSONS SKIPPED AFTER " + kept)));
+      ++reduced;
+    } else {
+      EXPECT_EQ(EstimatesOf(tight).persons.measure, expected.persons.measure);
+      EXPECT_EQ(EstimatesOf(tight).items.infit, expected.items.infit);
+      ++whole;
+    }
+  }
+  EXPECT_GT(ended, 5);
+  EXPECT_GT(reduced, 5);
+}
+
 class FailingCalls : public Faults, public testing::WithParamInterface<int> {};
 
 TEST_P(FailingCalls, NeverPassForAGoodRun) {

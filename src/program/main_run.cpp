@@ -1,6 +1,7 @@
 #include "program/main_run.h"
 
 #include <algorithm>
+#include <new>
 
 #include "control/control_reader.h"
 #include "control/item_specifications.h"
@@ -84,7 +85,11 @@ void PrepareEstimation(Run& run) {
   AllocateStores(run);
 }
 
-void AnalyseData(Run& run) {
+}  // namespace
+
+void PrepareRun(Run& run, const std::vector<std::string>& words) {
+  // An empty word ends the command line.
+  run.startUp.words.assign(words.begin(), std::find(words.begin(), words.end(), std::string()));
   StampRun(run);
   StartDialogue(run);
   run.phases.Enter(Phase::Intake);
@@ -95,9 +100,9 @@ void AnalyseData(Run& run) {
   FormGroups(run);
   TakeInData(run);
   PrepareEstimation(run);
-  run.console->SetMenuState(MenuState::Running);
-  AnalysisDriver(run);
 }
+
+namespace {
 
 // After the run: one line of the user at a time, until there are no more.
 void Idle(Run& run) {
@@ -127,12 +132,16 @@ int ExitStatus(const Run& run) {
 }  // namespace
 
 int MainRun(Run& run, const std::vector<std::string>& words) {
-  // An empty word ends the command line.
-  run.startUp.words.assign(words.begin(), std::find(words.begin(), words.end(), std::string()));
   try {
-    AnalyseData(run);
+    PrepareRun(run, words);
+    run.console->SetMenuState(MenuState::Running);
+    AnalysisDriver(run);
   } catch (const RunEnded&) {
     if (run.RunIoStatus == 0) run.RunIoStatus = -1;
+  } catch (const std::bad_alloc&) {
+    // Small memory, which no block counts: what was held is free again for the report's end.
+    ReportMessage(run, "NOT ENOUGH MEMORY");
+    run.RunIoStatus = -1;
   }
   FinishRun(run);
   run.phases.Stop();
