@@ -12,9 +12,6 @@ namespace vardento {
 
 namespace {
 
-constexpr std::size_t kPersonRecord = WorkStores::kPersonRecord;
-constexpr std::size_t kMatrixSpare = 32;
-
 constexpr std::string_view kNameFile = "PERSON NAME FILE";
 constexpr std::string_view kCodesFile = "PERSON CODES FILE";
 constexpr std::string_view kScoredFile = "PERSON SCORED FILE";
@@ -26,9 +23,9 @@ constexpr std::string_view kCodesWriteFailure =
 constexpr std::string_view kScoredWriteFailure =
     " PERSON SCORED FILE WRITE FAILURE AT PERSON RECORD =";
 
-void OpenPersonFile(Run& run, DirectFile& file, std::string_view stem, int recordLength,
+template <class File>
+void OpenPersonFile(Run& run, File& file, std::string_view stem, int recordLength,
                     std::string_view nameInMessages) {
-  file.Close();
   const auto length = static_cast<std::size_t>(std::max(recordLength, 1));
   const int status = file.Create(run.workDirectory.NameOf(stem), length);
   if (status == kIoOk) return;
@@ -46,55 +43,33 @@ void CheckRecord(Run& run, int status, std::string_view text, int person, std::s
   FatalFileFailure(run, file, operation);
 }
 
-void ReadScoredFile(Run& run, int person) {
-  const int status = run.stores.scoredRows.Read(person, run.arrays.ScoredRow.Data());
+void CheckScoredRead(Run& run, int status, int person) {
   CheckRecord(run, status, " PERSON SCORES FILE READ FAILURE AT PERSON RECORD =", person,
               kScoredFile, 'R');
 }
 
-// The person's row of the matrix, or null when there is none.
-std::uint8_t* MatrixRow(const Run& run, int person) {
-  if (!run.stores.responseMatrix) return nullptr;
-  return run.stores.responseMatrix.Data() +
-         static_cast<std::size_t>(person - 1) * static_cast<std::size_t>(run.settings.NI);
-}
-
-unsigned char* StoredWork(const Run& run, int person) {
-  return run.stores.workStore.Data() + static_cast<std::size_t>(person - 1) * kPersonRecord;
-}
-
-void WriteWorkFile(Run& run, int person, const unsigned char* record) {
-  const int status = run.stores.personWork.Write(person, record);
+void CheckWorkWrite(Run& run, int status, int person) {
   CheckRecord(run, status, " PERSON WORK FILE WRITE FAILURE AT PERSON RECORD =", person, kWorkFile,
               'W');
 }
 
-void WriteRecord(Run& run, int person, const void* record, std::size_t size) {
-  if (run.stores.workStore) {
-    std::memcpy(StoredWork(run, person), record, size);
-    return;
-  }
-  unsigned char bytes[kPersonRecord] = {};
-  std::memcpy(bytes, record, size);
-  WriteWorkFile(run, person, bytes);
+// A person's record of either kind, in a place as long as the longer one.
+template <class Record>
+void WriteRecord(Run& run, int person, const Record& record) {
+  unsigned char bytes[WorkStores::kPersonRecord] = {};
+  std::memcpy(bytes, &record, sizeof record);
+  CheckWorkWrite(run, run.stores.personWork.Write(person, bytes), person);
 }
 
-void ReadRecord(Run& run, int person, void* record, std::size_t size) {
-  if (run.stores.workStore) {
-    std::memcpy(record, StoredWork(run, person), size);
-    return;
-  }
-  unsigned char bytes[kPersonRecord];
+template <class Record>
+Record ReadRecord(Run& run, int person) {
+  unsigned char bytes[WorkStores::kPersonRecord];
   const int status = run.stores.personWork.Read(person, bytes);
   CheckRecord(run, status, " PERSON WORK FILE READ FAILURE AT PERSON RECORD =", person, kWorkFile,
               'R');
-  std::memcpy(record, bytes, size);
-}
-
-void GiveBackWorkStore(Run& run) {
-  if (!run.stores.workStore) return;
-  for (int p = 1; p <= run.NPERS; ++p) WriteWorkFile(run, p, StoredWork(run, p));
-  run.stores.workStore.Free();
+  Record record;
+  std::memcpy(&record, bytes, sizeof record);
+  return record;
 }
 
 }  // namespace
@@ -107,24 +82,22 @@ void OpenWorkFiles(Run& run) {
   if (settings.NAMLEN >= 1) {
     OpenPersonFile(run, stores.personNames, "ZPP", settings.NAMLEN, " PERSON NAME RECORD: ZPP");
   }
-  OpenPersonFile(run, stores.personWork, "ZQQ", static_cast<int>(kPersonRecord),
+  OpenPersonFile(run, stores.personWork, "ZQQ", static_cast<int>(WorkStores::kPersonRecord),
                  " PERSON WORK RECORD: ZQQ");
 }
 
 void AllocateStores(Run& run) {
-  const auto persons = static_cast<std::size_t>(run.NPERS);
-  const auto items = static_cast<std::size_t>(run.settings.NI);
-  run.stores.responseMatrix.Free();
-  run.stores.workStore.Allocate(run.memory, persons * kPersonRecord);
-  run.stores.responseMatrix.Allocate(run.memory, persons * items + kMatrixSpare);
+  WorkStores& stores = run.stores;
+  stores.scoredRows.GiveBack();
+  stores.personWork.Mirror(run.memory, run.NPERS);
+  stores.scoredRows.Mirror(run.memory, run.NPERS);
 }
 
 bool TryTakeBlock(Run& run, const BlockPlan& plan, MemoryBlock& block) {
-  if (plan.Allocate(run.memory, block)) return true;
-  // The scored rows are in their file already.
-  run.stores.responseMatrix.Free();
-  if (plan.Allocate(run.memory, block)) return true;
-  GiveBackWorkStore(run);
+  for (MirroredFile* store : {&run.stores.scoredRows, &run.stores.personWork}) {
+    if (plan.Allocate(run.memory, block)) return true;
+    CheckWorkWrite(run, store->GiveBack(), run.NPERS);
+  }
   return plan.Allocate(run.memory, block);
 }
 
@@ -138,7 +111,7 @@ void FlushPersonFiles(Run& run) {
   const int last = run.NPERS;
   CheckRecord(run, stores.personNames.Flush(), kNameWriteFailure, last, kNameFile, 'W');
   CheckRecord(run, stores.codedRows.Flush(), kCodesWriteFailure, last, kCodesFile, 'W');
-  CheckRecord(run, stores.scoredRows.Flush(), kScoredWriteFailure, last, kScoredFile, 'W');
+  CheckRecord(run, stores.scoredRows.File().Flush(), kScoredWriteFailure, last, kScoredFile, 'W');
 }
 
 void WritePersonName(Run& run, int person, std::string_view label) {
@@ -174,43 +147,35 @@ void ReadCodedRow(Run& run, int person, std::uint8_t* row) {
 void WriteScoredRow(Run& run, int person, const std::uint8_t* row) {
   const int status = run.stores.scoredRows.Write(person, row);
   CheckRecord(run, status, kScoredWriteFailure, person, kScoredFile, 'W');
-  std::uint8_t* stored = MatrixRow(run, person);
-  if (stored && stored != row) std::memcpy(stored, row, static_cast<std::size_t>(run.settings.NI));
 }
 
 const std::uint8_t* ReadScoredRow(Run& run, int person) {
-  if (const std::uint8_t* stored = MatrixRow(run, person)) return stored;
-  ReadScoredFile(run, person);
-  return run.arrays.ScoredRow.Data();
+  if (const std::uint8_t* stored = run.stores.scoredRows.Find(person)) return stored;
+  std::uint8_t* const row = run.arrays.ScoredRow.Data();
+  CheckScoredRead(run, run.stores.scoredRows.Read(person, row), person);
+  return row;
 }
 
 const std::uint8_t* FillScoredRow(Run& run, int person) {
-  ReadScoredFile(run, person);
-  const std::uint8_t* row = run.arrays.ScoredRow.Data();
-  if (std::uint8_t* stored = MatrixRow(run, person)) {
-    std::memcpy(stored, row, static_cast<std::size_t>(run.settings.NI));
-  }
+  std::uint8_t* const row = run.arrays.ScoredRow.Data();
+  CheckScoredRead(run, run.stores.scoredRows.Fill(person, row), person);
   return row;
 }
 
 void WritePersonScores(Run& run, int person, const PersonScores& record) {
-  WriteRecord(run, person, &record, sizeof record);
+  WriteRecord(run, person, record);
 }
 
 PersonScores ReadPersonScores(Run& run, int person) {
-  PersonScores record;
-  ReadRecord(run, person, &record, sizeof record);
-  return record;
+  return ReadRecord<PersonScores>(run, person);
 }
 
 void WritePersonWork(Run& run, int person, const PersonWorkRecord& record) {
-  WriteRecord(run, person, &record, sizeof record);
+  WriteRecord(run, person, record);
 }
 
 PersonWorkRecord ReadPersonWork(Run& run, int person) {
-  PersonWorkRecord record;
-  ReadRecord(run, person, &record, sizeof record);
-  return record;
+  return ReadRecord<PersonWorkRecord>(run, person);
 }
 
 std::string ItemNumberLabel(int item, int NI) {

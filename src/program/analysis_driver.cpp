@@ -108,7 +108,7 @@ void AnalysisDriver(Run& run) {
   MeasureRun(run);
   run.phases.Enter(Phase::Output);
   PumpMessages(run);
-  run.stores.responseMatrix.Free();
+  run.stores.scoredRows.GiveBack();
   WriteRunSummary(run);
   if (run.StopRequest != 1) WriteFilesAndTables(run);
   WriteReportText(run, "^");

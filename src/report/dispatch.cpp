@@ -219,9 +219,11 @@ bool FlushWorkFiles(Run& run) {
   };
   WorkStores& stores = run.stores;
   const WorkFile files[] = {
-      {stores.itemLabels, "ITEM WORK FILE JJ"},   {stores.scoredRows, "PERSON SCORED FILE MM"},
-      {stores.codedRows, "PERSON CODES FILE NN"}, {stores.personNames, "PERSON NAME FILE PP"},
-      {stores.personWork, "PERSON WORK FILE QQ"},
+      {stores.itemLabels, "ITEM WORK FILE JJ"},
+      {stores.scoredRows.File(), "PERSON SCORED FILE MM"},
+      {stores.codedRows, "PERSON CODES FILE NN"},
+      {stores.personNames, "PERSON NAME FILE PP"},
+      {stores.personWork.File(), "PERSON WORK FILE QQ"},
   };
   for (const WorkFile& work : files) {
     if (!work.file.IsOpen()) continue;

@@ -1,5 +1,5 @@
-// The work files of a run and the two optional stores in memory that mirror the two most used
-// ones. Plain holders: the routines that read and write them are in data/work_files.h.
+// The work files of a run, the two most used of them mirrored in memory when there is room. Plain
+// holders: the routines that read and write them are in data/work_files.h.
 #pragma once
 
 #include <algorithm>
@@ -8,6 +8,7 @@
 
 #include "platform/direct_file.h"
 #include "platform/memory.h"
+#include "platform/mirrored_file.h"
 
 namespace vardento {
 
@@ -31,15 +32,16 @@ struct WorkStores {
   static constexpr std::size_t kPersonRecord =
       std::max(sizeof(PersonScores), sizeof(PersonWorkRecord));
 
-  DirectFile itemLabels;       // ZJJ
-  DirectFile scoredRows;       // ZMM
-  DirectFile codedRows;        // ZNN
-  DirectFile personNames;      // ZPP
-  DirectFile personWork;       // ZQQ: PersonScores, from the fit pass on PersonWorkRecord
-  DirectFile residuals;        // ZUU: NI 2-byte residuals of each active person, unless PRCOMP=N
-  MemoryBlock workStore;       // the records of ZQQ, or empty
-  MemoryBlock responseMatrix;  // NPERS rows of NI scores, or empty
-  MemoryBlock makeKeyCounts;   // MAKEKEY=Y: for each item CATEGS reals, the count of each code
+  DirectFile itemLabels;   // ZJJ
+  DirectFile codedRows;    // ZNN
+  DirectFile personNames;  // ZPP
+  DirectFile residuals;    // ZUU: NI 2-byte residuals of each active person, unless PRCOMP=N
+  // ZMM: NI scores of each person; mirrored, it is the response matrix.
+  MirroredFile scoredRows{MirroredFile::Writes::Both};
+  // ZQQ: PersonScores, from the fit pass on PersonWorkRecord; mirrored, it is the person work
+  // store.
+  MirroredFile personWork{MirroredFile::Writes::MirrorAlone};
+  MemoryBlock makeKeyCounts;  // MAKEKEY=Y: for each item CATEGS reals, the count of each code
 };
 
 }  // namespace vardento

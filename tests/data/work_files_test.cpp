@@ -39,8 +39,8 @@ TEST(WorkFiles, GiveTheSameRowsAndRecordsWithAndWithoutMemory) {
       run.memory = MemoryBudget();
       run.memory.RefuseRequest(refuseFrom);
       AllocateStores(run);
-      EXPECT_EQ(static_cast<bool>(run.stores.workStore), refuseFrom != 1);
-      EXPECT_EQ(static_cast<bool>(run.stores.responseMatrix), refuseFrom == 0);
+      EXPECT_EQ(run.stores.personWork.IsMirrored(), refuseFrom != 1);
+      EXPECT_EQ(run.stores.scoredRows.IsMirrored(), refuseFrom == 0);
 
       for (int p = 1; p <= kPersons; ++p) WritePersonScores(run, p, {1, 2, 3});
       for (int p = kPersons; p >= 1; p -= 3) {
@@ -66,7 +66,7 @@ TEST(WorkFiles, GiveTheSameRowsAndRecordsWithAndWithoutMemory) {
       EXPECT_EQ(ReadPersonName(run, 17), "P17 ");
       // With the store there, the person work file is left alone.
       PersonWorkRecord unused;
-      EXPECT_EQ(run.stores.personWork.Read(1, &unused) == 0, refuseFrom == 1);
+      EXPECT_EQ(run.stores.personWork.File().Read(1, &unused) == 0, refuseFrom == 1);
     }
   }
 }

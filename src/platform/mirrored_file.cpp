@@ -1,0 +1,52 @@
+#include "platform/mirrored_file.h"
+
+#include <cstring>
+
+#include "platform/io_status.h"
+
+namespace vardento {
+
+int MirroredFile::Create(const std::string& path, std::size_t recordLength) {
+  memory_.Free();
+  file_.Close();
+  return file_.Create(path, recordLength);
+}
+
+void MirroredFile::Mirror(MemoryBudget& budget, int records) {
+  records_ = records;
+  memory_.Allocate(budget, static_cast<std::size_t>(records) * file_.RecordLength());
+}
+
+int MirroredFile::Write(int record, const void* bytes) {
+  if (IsMirrored()) {
+    unsigned char* const place = Place(record);
+    if (place != bytes) std::memcpy(place, bytes, file_.RecordLength());
+    if (writes_ == Writes::MirrorAlone) return kIoOk;
+  }
+  return file_.Write(record, bytes);
+}
+
+int MirroredFile::Read(int record, void* bytes) {
+  if (!IsMirrored()) return file_.Read(record, bytes);
+  std::memcpy(bytes, Place(record), file_.RecordLength());
+  return kIoOk;
+}
+
+int MirroredFile::Fill(int record, void* bytes) {
+  const int status = file_.Read(record, bytes);
+  if (status == kIoOk && IsMirrored()) std::memcpy(Place(record), bytes, file_.RecordLength());
+  return status;
+}
+
+int MirroredFile::GiveBack() {
+  int status = kIoOk;
+  if (IsMirrored() && writes_ == Writes::MirrorAlone) {
+    for (int record = 1; record <= records_ && status == kIoOk; ++record) {
+      status = file_.Write(record, Place(record));
+    }
+  }
+  memory_.Free();
+  return status;
+}
+
+}  // namespace vardento
