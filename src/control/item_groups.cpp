@@ -1,6 +1,5 @@
 // Items in groups that share a rating scale, and the model of each group.
 #include <algorithm>
-#include <vector>
 
 #include "control/item_specifications.h"
 #include "run/messages.h"
@@ -49,19 +48,20 @@ void CheckModel(Run& run, char letter) {
   if (kModels.find(letter) == std::string_view::npos) FailModel(run, letter);
 }
 
-// `representative` holds, for each group, the item that gave it its letter.
-void AssignItemModel(Run& run, int item, char letter, std::vector<int>& representative) {
+// The letter that a group has got, and the item that gave it.
+struct GroupLetter {
+  char letter = ' ';
+  int item = 0;
+};
+
+void AssignItemModel(Run& run, int item, char letter, GroupLetter& group) {
   CheckModel(run, letter);
-  const int group = run.arrays.ItemGroup[item];
-  char& model = run.arrays.GroupModel[group];
-  int& first = representative[static_cast<std::size_t>(group) - 1];
-  if (model != ' ' && model != letter) {
-    FailRun(run, " TWO MODEL TYPES DEFINED IN SAME GROUP: \"" + std::string(1, model) +
-                     "\" AT ITEM " + IntegerText(first) + " AND \"" + std::string(1, letter) +
+  if (group.letter != ' ' && group.letter != letter) {
+    FailRun(run, " TWO MODEL TYPES DEFINED IN SAME GROUP: \"" + std::string(1, group.letter) +
+                     "\" AT ITEM " + IntegerText(group.item) + " AND \"" + std::string(1, letter) +
                      "\" AT ITEM " + IntegerText(item));
   }
-  model = letter;
-  first = item;
+  group = {letter, item};
 }
 
 }  // namespace
@@ -84,18 +84,19 @@ void AssignGroups(Run& run, Array1<std::int32_t> itemGroup) {
 
 void AssignModels(Run& run) {
   const ControlSettings& settings = run.settings;
-  Array1<char> models = run.arrays.GroupModel;
   const bool perItem = settings.MODELS == PerItem::Text;
-  std::fill(models.begin(), models.end(), perItem ? ' ' : settings.MODEL_LETTER);
+  Vector1<GroupLetter> groups(run.NGROUPS, {perItem ? ' ' : settings.MODEL_LETTER, 0});
   if (perItem) {
-    std::vector<int> representative(static_cast<std::size_t>(run.NGROUPS), 0);
     const int given = std::min(settings.NI, static_cast<int>(settings.modelsText.size()));
     for (int item = 1; item <= given; ++item) {
       const char letter = settings.modelsText[static_cast<std::size_t>(item) - 1];
-      if (letter != ' ') AssignItemModel(run, item, letter, representative);
+      if (letter != ' ') AssignItemModel(run, item, letter, groups[run.arrays.ItemGroup[item]]);
     }
   }
-  std::replace(models.begin(), models.end(), ' ', 'R');
+  for (int g = 1; g <= run.NGROUPS; ++g) {
+    const char letter = groups[g].letter;
+    run.arrays.GroupModel[g] = letter == ' ' ? Model::Rating : Model{letter};
+  }
 }
 
 void DefaultModels(Run& run) {

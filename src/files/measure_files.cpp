@@ -89,7 +89,9 @@ class MeasureFile {
     return fields;
   }
 
-  char ModelOf(int item) const { return run_.arrays.GroupModel[run_.arrays.ItemGroup[item]]; }
+  char ModelOf(int item) const {
+    return LetterOf(run_.arrays.GroupModel[run_.arrays.ItemGroup[item]]);
+  }
 
   // The label as the row shows it: cut to its length in use, at least one character.
   std::string NameOf(int entry) {

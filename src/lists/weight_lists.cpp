@@ -25,9 +25,9 @@ void ApplyPivotLine(Run& run, std::string& line) {
   const EntryRange items = OrderRange(first, last, run.settings.NI);
   for (int i = items.first; i <= items.last; ++i) {
     const int group = run.arrays.ItemGroup[i];
-    if (run.given.GroupPivotFlag[group] == 'Y') continue;
+    if (run.given.GroupPivotFlag[group]) continue;
     run.given.GroupPivot[group] = pivot;
-    run.given.GroupPivotFlag[group] = 'Y';
+    run.given.GroupPivotFlag[group] = true;
   }
 }
 
@@ -57,7 +57,7 @@ bool ReadWeightList(Run& run, Array1<float> weights, std::string fileName, const
 }  // namespace
 
 void ReadPivots(Run& run) {
-  std::fill(run.given.GroupPivotFlag.begin(), run.given.GroupPivotFlag.end(), 'N');
+  std::fill(run.given.GroupPivotFlag.begin(), run.given.GroupPivotFlag.end(), false);
   std::string name = run.settings.PIVOT;
   if (TrimRight(name).empty()) return;
   TextReader reader;

@@ -125,7 +125,7 @@ GroupModelTables TablesOfGroup(const RunArrays& arrays, int group) {
   GroupModelTables tables;
   const int start = arrays.GroupStart[group];
   tables.top = arrays.GroupTop[group];
-  tables.letter = arrays.GroupModel[group];
+  tables.model = arrays.GroupModel[group];
   tables.step = &arrays.StepCalibration[start];
   tables.status = &arrays.StepStatus[start];
   return tables;
@@ -137,14 +137,14 @@ double CategoryProbabilities(double d, const GroupModelTables& group, double* p)
     return 0;
   }
   if (group.top < 2) return DichotomyProbabilities(d, group, p);
-  if (group.letter == 'S') return SuccessionProbabilities(d, group, p);
-  if (group.letter == 'F') return MirroredProbabilities(d, group, p);
+  if (group.model == Model::Successes) return SuccessionProbabilities(d, group, p);
+  if (group.model == Model::Failures) return MirroredProbabilities(d, group, p);
   return RatingScaleProbabilities(d, group, p);
 }
 
 double StepProbabilities(double d, const GroupModelTables& group, int x, double* p) {
   double expected = 0;
-  if (group.letter == 'S') {
+  if (group.model == Model::Successes) {
     for (int k = x + 1; k <= group.top; ++k) p[k] = 0;
     for (int k = std::min(x + 1, group.top); k >= 1; --k) {
       // A step that does not exist is certain.
@@ -183,9 +183,9 @@ double SafeLogOdds(double a, double b) {
   return NaturalLog(std::max(a / std::max(b, kTiny), kTiny));
 }
 
-ScoreAndMaximum ModelScore(int x, int top, char letter) {
-  if (top < 2 || letter == 'R') return {x, top};
-  if (letter == 'S') return {x, std::min(x + 1, top)};
+ScoreAndMaximum ModelScore(int x, int top, Model model) {
+  if (top < 2 || model == Model::Rating) return {x, top};
+  if (model == Model::Successes) return {x, std::min(x + 1, top)};
   if (x < 2) return {x, top};
   return {1, top - x + 1};
 }

@@ -15,12 +15,12 @@ inline constexpr float kLnTwo = 0.6931472F;
 
 // What the probability routines need of a group: views into the category tables, index 0..top.
 struct GroupModelTables {
-  int top = 0;                           // T; 1 is a dichotomy, -1 a dropped group
-  char letter = 'R';                     // "R", "S" or "F"
+  int top = 0;  // T; 1 is a dichotomy, -1 a dropped group
+  Model model = Model::Rating;
   const float* step = nullptr;           // F(k), k = 1..T
   const std::int32_t* status = nullptr;  // StepStatus(k)
   // True when steps are judged one by one ("S" or "F" with more than two categories).
-  bool IsSequential() const { return top >= 2 && letter != 'R'; }
+  bool IsSequential() const { return top >= 2 && model != Model::Rating; }
 };
 
 GroupModelTables TablesOfGroup(const RunArrays& arrays, int group);
@@ -42,8 +42,8 @@ struct ScoreAndMaximum {
   int score;
   int maximum;
 };
-// Score and largest possible score of an observation in category x under the group's letter.
-ScoreAndMaximum ModelScore(int x, int top, char letter);
+// Score and largest possible score of an observation in category x under the group's model.
+ScoreAndMaximum ModelScore(int x, int top, Model model);
 
 struct Evaluation {
   double expected;  // E

@@ -156,7 +156,7 @@ void FitPass::AddObservation(const ItemInHand& hand, int x, double w, PersonInHa
   const double below = below_.Expect(hand, x, p);
   Evaluation here = here_.Evaluate(hand, x, p);
   here.variance = std::max(here.variance, kTiny);
-  const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.letter);
+  const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.model);
   const double raw = x + arrays_.CategoryToCode[hand.start];
   const auto add = [&](FitSums& sums, double weight) {
     sums.count += weight;
@@ -199,7 +199,7 @@ void FitPass::AddPairExpectations(const ItemInHand& hand, double d, double w) {
 
 void FitPass::AddFit(const ItemInHand& hand, int x, const Evaluation& here, double d, double w,
                      PersonInHand& person) {
-  const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.letter);
+  const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.model);
   const double root = std::sqrt(here.variance);
   const double y = model.score - here.expected;
   const double z = y / root;

@@ -248,7 +248,7 @@ void JointIteration::AddTargetedObservation(const ItemInHand& hand, int x, Statu
   const Evaluation here = here_.Evaluate(hand, x, p);
   const double v = here.variance;
   // "F" with nothing passed had all steps in play; ModelScore counts it so as well.
-  const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.letter);
+  const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.model);
   const double scored = model.score * v;
   const double possible = model.maximum * v;
   if (IsActive(status)) {

@@ -68,7 +68,7 @@ class Renumbering {
     int upper = highest_;
     for (int k = highest_ - 1; k > lowest_; --k) {
       if (StatusAt(k) == StepStatus::Unused) {
-        if (arrays_.GroupModel[group_] == 'S') {
+        if (arrays_.GroupModel[group_] == Model::Successes) {
           // The step into an unobserved category can be estimated, the one behind it cannot.
           StatusAt(k) = StepStatus::Active;
           if (StatusAt(upper) != StepStatus::Anchored) StatusAt(upper) = StepStatus::Kept;
@@ -141,7 +141,7 @@ CategorySums::Triple ReachOfStep(const RunArrays& arrays, const CategorySums& su
                                  int k) {
   const int start = arrays.GroupStart[group];
   CategorySums::Triple above = sums.At(start + k);
-  if (arrays.GroupModel[group] == 'S') {
+  if (arrays.GroupModel[group] == Model::Successes) {
     for (int j = k + 1; j <= arrays.GroupTop[group]; ++j) above.Add(sums.At(start + j));
   }
   return above;
@@ -151,7 +151,7 @@ CategorySums::Triple FailuresBelow(const RunArrays& arrays, const CategorySums& 
                                    int k) {
   const int start = arrays.GroupStart[group];
   CategorySums::Triple below = sums.At(start + k);
-  if (arrays.GroupModel[group] == 'F') {
+  if (arrays.GroupModel[group] == Model::Failures) {
     for (int j = 0; j < k; ++j) below.Add(sums.At(start + j));
   }
   return below;

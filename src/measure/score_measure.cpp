@@ -142,7 +142,7 @@ class ScoreSolver {
       const double d = (measure - other.measure) * form_.upward;
       const Evaluation here = Evaluate(d, scale.tables, scale.x, p_.data());
       // Steps below the one that was passed were not in play, yet count in the score.
-      const bool mirrored = scale.tables.IsSequential() && scale.tables.letter == 'F';
+      const bool mirrored = scale.tables.IsSequential() && scale.tables.model == Model::Failures;
       const int unplayed = mirrored ? std::max(scale.x - 1, 0) : 0;
       expected += (here.expected + unplayed) * other.weight;
       information_ += here.variance * other.weight;

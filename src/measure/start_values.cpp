@@ -122,7 +122,7 @@ bool StartValues::AllowsComplete() const {
   if (run_.settings.TARGET == 'Y') return false;
   for (int i = 1; i <= run_.settings.NI; ++i) {
     if (IsMeasured(run_.arrays.ItemStatus[i]) &&
-        run_.arrays.GroupModel[run_.arrays.ItemGroup[i]] != 'R') {
+        run_.arrays.GroupModel[run_.arrays.ItemGroup[i]] != Model::Rating) {
       return false;
     }
   }
@@ -218,7 +218,7 @@ void StartValues::AddObservation(const ItemInHand& hand, int x, StatusByte statu
     }
   }
   if (counting_) return;
-  const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.letter);
+  const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.model);
   if (hand.active) {
     sums.model += model.score * iw;
     sums.modelMax += model.maximum * iw;

@@ -20,7 +20,7 @@ class StepUpdate {
         group_(group),
         start_(run.arrays.GroupStart[group]),
         top_(run.arrays.GroupTop[group]),
-        letter_(run.arrays.GroupModel[group]),
+        model_(run.arrays.GroupModel[group]),
         pivot_(run.given.GroupPivot[group]),
         expected_(expected),
         target_(target),
@@ -36,7 +36,7 @@ class StepUpdate {
     if (MayPivot() && FindPivotShift(shift)) {
       Pivot(shift);
     } else {
-      arrays_.GroupPivotFlag[group_] = 'N';
+      arrays_.GroupPivotFlag[group_] = false;
       Centre();
     }
   }
@@ -50,7 +50,7 @@ class StepUpdate {
   // Observations that passed step k; those in category k or, in succession, in k or above.
   double Observed(int k) const {
     double sum = Target(k);
-    if (letter_ == 'S' && k > 0) {
+    if (model_ == Model::Successes && k > 0) {
       for (int j = k + 1; j <= top_; ++j) sum += Target(j);
     }
     return sum;
@@ -65,18 +65,18 @@ class StepUpdate {
       if (StatusAt(k) <= StepStatus::Kept) {
         // In succession a category behind an unused one has no step of its own, yet whoever is in
         // it has failed the next step.
-        if (letter_ == 'S') observedBelow = Target(k);
+        if (model_ == Model::Successes) observedBelow = Target(k);
         continue;
       }
       const double observed = Observed(k);
       if (k > 0) {
-        if (letter_ != 'R') expectedBelow = observed + observedBelow - Expected(k);
+        if (model_ != Model::Rating) expectedBelow = observed + observedBelow - Expected(k);
         const double g =
             SafeLogOdds(Expected(k), expectedBelow) - SafeLogOdds(observed, observedBelow);
         correction_[static_cast<std::size_t>(k)] = g;
         largest = std::max(largest, g);
       }
-      if (letter_ == 'F') {
+      if (model_ == Model::Failures) {
         observedBelow += Target(k);
       } else {
         observedBelow = Target(k);
@@ -114,7 +114,7 @@ class StepUpdate {
   }
 
   bool MayPivot() const {
-    return arrays_.GroupPivotFlag[group_] == 'Y' && !anchored_ && letter_ == 'R';
+    return arrays_.GroupPivotFlag[group_] && !anchored_ && model_ == Model::Rating;
   }
 
   // The shift that puts the expected score at the pivot; false when the pivot is outside the scale.
@@ -162,7 +162,7 @@ class StepUpdate {
 
   RunArrays& arrays_;
   int group_, start_, top_;
-  char letter_;
+  Model model_;
   float pivot_;  // score point at which the item difficulty shall stand
   const Vector1<double>& expected_;
   const Vector1<double>& target_;

@@ -9,8 +9,8 @@ namespace vardento {
 // into run.results. May be done again, with other deletions or anchors.
 void MeasureRun(Run& run);
 
-// The whole road behind the intake. Needs the arrays and stores of the run, filled by the intake. On return the report holds all
-// Tables asked for and run.complete is set.
+// The whole road behind the intake. Needs the arrays and stores of the run, filled by the intake.
+// On return the report holds all Tables asked for and run.complete is set.
 void AnalysisDriver(Run& run);
 
 }  // namespace vardento

@@ -60,9 +60,9 @@ MeasureTable::LabelField MeasureTable::DecideLabelField() const {
   }
   field.labelWidth = run_.inForce.ITLEN;
   field.width = field.labelWidth + 1;
-  const Array1<char>& models = run_.arrays.GroupModel;
+  const Array1<Model>& models = run_.arrays.GroupModel;
   const bool modelColumn =
-      std::any_of(models.begin(), models.end(), [](char model) { return model != 'R'; });
+      std::any_of(models.begin(), models.end(), [](Model model) { return model != Model::Rating; });
   const bool groupColumn = run_.NGROUPS > 1;
   if (modelColumn || groupColumn) ++field.width;
   if (modelColumn) {

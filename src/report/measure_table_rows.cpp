@@ -127,8 +127,8 @@ void MeasureTable::PutEntryTail(ReportLine& line, int entry, const EntryValues& 
   const std::string label = LabelOfEntry(run_, facet_, entry);
   Tail tail{weight, displacement.View(), label};
   if (!persons_) {
-    const char model = run_.arrays.GroupModel[run_.arrays.ItemGroup[entry]];
-    tail.model = model == 'R' ? ' ' : model;
+    const Model model = run_.arrays.GroupModel[run_.arrays.ItemGroup[entry]];
+    tail.model = model == Model::Rating ? ' ' : LetterOf(model);
     tail.group = GroupCodeOf(settings_, entry);
   }
   PutTail(line, tail);

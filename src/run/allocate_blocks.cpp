@@ -152,9 +152,9 @@ void AllocateGroupBlock(Run& run) {
   BlockPlan plan;
   plan.Add({&arrays.GroupStart, &arrays.GroupTop, &given.GroupTop}, groups);
   plan.Add({&arrays.GroupMissingCount, &arrays.GroupMissingMeasure, &given.GroupPivot}, groups);
-  plan.Add({&arrays.GroupModel, &arrays.GroupPivotFlag, &given.GroupPivotFlag}, groups);
+  plan.Add(arrays.GroupModel, groups);
+  plan.Add({&arrays.GroupPivotFlag, &given.GroupPivotFlag}, groups);
   AllocateOrFail(run, run.groupBlock, plan, groups, "SCALE GROUPS");
-  std::fill(arrays.GroupModel.begin(), arrays.GroupModel.end(), run.settings.MODEL_LETTER);
 }
 
 void AllocatePersonStatusTrial(Run& run) {

@@ -30,7 +30,7 @@ struct GivenEntries {
   // By group.
   Array1<std::int32_t> GroupTop;  // the highest category that a score can reach
   Array1<float> GroupPivot;       // score point at which the item difficulty shall stand
-  Array1<char> GroupPivotFlag;    // "Y" or "N"
+  Array1<bool> GroupPivotFlag;    // it was given
 
   // Weights; empty arrays when none are in use.
   Array1<float> PersonWeight, ItemWeight;

@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "platform/memory.h"
+#include "run/model.h"
 #include "run/status.h"
 
 namespace vardento {
@@ -37,8 +38,8 @@ struct RunArrays {
   Array1<float> GroupMissingCount;    // missing responses of active persons on active items
   Array1<float> GroupMissingMeasure;  // their mean measure difference
   Array1<float> GroupMaxWeight;       // largest weight of its active items
-  Array1<char> GroupModel;            // "R", "S" or "F"
-  Array1<char> GroupPivotFlag;        // "Y" or "N": GroupPivot still sets the scale
+  Array1<Model> GroupModel;
+  Array1<bool> GroupPivotFlag;  // GroupPivot still sets the scale
 
   // Category positions, 1..NCATS.
   Array1<std::int32_t> CodeToCategory;

@@ -23,11 +23,14 @@ struct GroupedItems {
       run.arrays.GroupModel = {models.data(), run.NGROUPS};
       AssignModels(run);
     });
-    groupModels = models.substr(0, static_cast<std::size_t>(run.NGROUPS));
+    for (int g = 1; g <= run.NGROUPS; ++g) {
+      groupModels += LetterOf(models[static_cast<std::size_t>(g - 1)]);
+    }
   }
   ControlText control;
   std::vector<std::int32_t> itemGroup = std::vector<std::int32_t>(4, -1);
-  std::string models = std::string(4, '?'), groupModels;
+  std::vector<Model> models = std::vector<Model>(4, Model{'?'});
+  std::string groupModels;
   bool good = false;
 };
 

@@ -58,7 +58,7 @@ TEST(MeasureFiles, FixedForm) {
                   ";    2    1.25 -1    20.0     12.0    .50   1.44   1.90    .98   -.10 "));
   small.run.DraftSettings().PTBIS = 'Y';
   small.run.DraftSettings().fitName = " LOG";
-  small.run.arrays.GroupModel[1] = 'S';
+  small.run.arrays.GroupModel[1] = Model::Successes;
   const std::vector<std::string> items = small.Items();
   EXPECT_EQ(items[3],
             ";ENTRY MEASURE STTS COUNT    SCORE  ERROR IN.MSQ IN. LOG OUT.MS OUT. LOG DISPL PTBS "

@@ -70,7 +70,7 @@ class ListRun : public test::TestRun {
   std::array<float, kItems> step_{};
   std::array<std::int32_t, 3> start_{1, 4, 8}, top_{2, 3, 1};
   std::array<float, 3> pivot_{};
-  std::array<char, 3> pivotFlag_{'?', '?', '?'};
+  std::array<bool, 3> pivotFlag_{true, true, true};
 };
 
 TEST(EntryLists, DeletionsAndInclusions) {
@@ -215,7 +215,7 @@ TEST(EntryLists, PivotsAreSetOnceForAGroup) {
   }
   ListRun none;
   ReadPivots(none.run);
-  for (const char flag : none.run.given.GroupPivotFlag) EXPECT_EQ(flag, 'N');
+  for (const bool flag : none.run.given.GroupPivotFlag) EXPECT_FALSE(flag);
 }
 
 TEST(EntryLists, WeightsThatChangeNothingAreDropped) {

@@ -19,7 +19,7 @@ struct Scale {
     step.insert(step.begin(), 0.0F);
     if (stepStatus.empty()) stepStatus.assign(step.size(), 1);
     tables.top = static_cast<int>(step.size()) - 1;
-    tables.letter = letter;
+    tables.model = Model{letter};
     tables.step = step.data();
     tables.status = stepStatus.data();
   }
@@ -53,7 +53,7 @@ std::vector<double> SuccessionByDefinition(const Scale& scale, double d) {
   std::vector<double> p(top + 1, 1.0);
   for (std::size_t k = 0; k <= top; ++k) {
     for (std::size_t j = 1; j <= top; ++j) {
-      const bool up = scale.tables.letter == 'S';
+      const bool up = scale.tables.model == Model::Successes;
       if (up ? j > k + 1 : j < k) continue;
       const bool passed = up ? j <= k : j == k;
       p[k] *= passed ? Pass(d, scale.step[j]) : 1.0 - Pass(d, scale.step[j]);
@@ -74,9 +74,9 @@ TEST(CategoryModel, ProbabilitiesFollowTheirDefinition) {
   };
   for (const Scale& scale : cases) {
     for (const double d : {-3.1, -0.4, 0.0, 0.8, 4.5}) {
-      SCOPED_TRACE(std::string(1, scale.tables.letter) + std::to_string(scale.tables.top) + " at " +
-                   std::to_string(d));
-      const bool plain = scale.tables.top == 1 || scale.tables.letter == 'R';
+      SCOPED_TRACE(std::string(1, LetterOf(scale.tables.model)) + std::to_string(scale.tables.top) +
+                   " at " + std::to_string(d));
+      const bool plain = scale.tables.top == 1 || scale.tables.model == Model::Rating;
       const std::vector<double> wanted =
           plain ? RatingScaleByDefinition(scale, d) : SuccessionByDefinition(scale, d);
       std::vector<double> p(wanted.size());
@@ -134,7 +134,7 @@ TEST(CategoryModel, ScoreAndMaximumByLetter) {
                         {0, 4, 'F', 0, 4}, {1, 4, 'F', 1, 4}, {2, 4, 'F', 1, 3}, {4, 4, 'F', 1, 1},
                         {1, 1, 'S', 1, 1}, {0, 1, 'F', 0, 1}};
   for (const Case& c : cases) {
-    const ScoreAndMaximum found = ModelScore(c.x, c.top, c.letter);
+    const ScoreAndMaximum found = ModelScore(c.x, c.top, Model{c.letter});
     EXPECT_EQ(found.score, c.score) << c.letter << c.x;
     EXPECT_EQ(found.maximum, c.maximum) << c.letter << c.x;
   }

@@ -122,7 +122,7 @@ class ScanRun : public TestRun {
     run.DraftSettings().NI = items;
     personStatus_ = data.persons;
     itemStatus_ = data.items;
-    models_.assign(data.items.size(), 'R');
+    models_.assign(data.items.size(), Model::Rating);
     scored_.assign(data.items.size(), 0);
     for (int i = 1; i <= items; ++i) {
       const int top = data.tops[static_cast<std::size_t>(i) - 1];
@@ -155,7 +155,7 @@ class ScanRun : public TestRun {
  private:
   std::vector<StatusByte> personStatus_, itemStatus_;
   std::vector<std::int32_t> groups_, starts_, tops_, codes_, ones_;
-  std::vector<char> models_;
+  std::vector<Model> models_;
   std::vector<float> zeros_;
   std::vector<std::uint8_t> scored_;
 };

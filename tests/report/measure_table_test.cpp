@@ -94,7 +94,7 @@ TEST(MeasureTable, OptionsChangeHeadsAndNumbers) {
 TEST(MeasureTable, OptionalColumnsStandBehindTheCorrelation) {
   ItemRun small(2);
   auto& run = small.run;
-  run.arrays.GroupModel[2] = 'S';
+  run.arrays.GroupModel[2] = Model::Successes;
   run.arrays.ItemGroup[2] = 2;
   run.DraftSettings().GROUPS = PerItem::Text;
   run.DraftSettings().groupsText = "ABAAAA";
@@ -118,7 +118,7 @@ TEST(MeasureTable, RightEdgeIsStraight) {
   for (int mask = 0; mask < 32; ++mask) {
     const Facet facet = (mask & 16) != 0 ? Facet::Persons : Facet::Items;
     ItemRun small((mask & 1) + 1);
-    if ((mask & 2) != 0) small.run.arrays.GroupModel[1] = 'F';
+    if ((mask & 2) != 0) small.run.arrays.GroupModel[1] = Model::Failures;
     if ((mask & 4) != 0)
       facet == Facet::Items ? small.GiveItemWeights() : small.GivePersonWeights();
     small.run.results.fit.ItemDisplaced = small.run.results.fit.PersonDisplaced = (mask & 8) != 0;

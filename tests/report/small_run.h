@@ -85,7 +85,7 @@ class SmallRun : public TestRun {
     a.ItemGroup = Cut(integers_, items, std::int32_t{1});
     a.GroupStart = Cut(integers_, groups, std::int32_t{1});
     a.GroupTop = Cut(integers_, groups, std::int32_t{1});
-    a.GroupModel = Cut(characters_, groups, 'R');
+    a.GroupModel = Cut(models_, groups, Model::Rating);
   }
   void MakePersons(int persons) {
     RunArrays& a = run.arrays;
@@ -100,7 +100,7 @@ class SmallRun : public TestRun {
   std::deque<std::vector<double>> doubles_;
   std::deque<std::vector<std::int32_t>> integers_;
   std::deque<std::vector<StatusByte>> statuses_;
-  std::deque<std::vector<char>> characters_;
+  std::deque<std::vector<Model>> models_;
 };
 
 }  // namespace vardento::test

@@ -15,7 +15,7 @@ inline double ExpectedScore(const Run& run, int group, double d, int x) {
   const int top = a.GroupTop[group];
   const auto used = [&](int k) { return a.StepStatus[a.GroupStart[group] + k] > 0; };
   const auto step = [&](int k) -> double { return a.StepCalibration[a.GroupStart[group] + k]; };
-  const char letter = top < 2 ? 'R' : a.GroupModel[group];
+  const char letter = top < 2 ? 'R' : LetterOf(a.GroupModel[group]);
   double sum = 0;
   if (letter == 'R') {
     double total = 1, term = 1;
