@@ -7,7 +7,8 @@
 #include "measure/estimation.h"
 #include "program/finish_run.h"
 #include "report/convergence_table.h"
-#include "report/report_writer.h"
+#include "report/run_summary.h"
+#include "report/table_requests.h"
 #include "run/messages.h"
 
 namespace vardento {

@@ -4,7 +4,7 @@
 
 #include "platform/directories.h"
 #include "platform/io_status.h"
-#include "report/report_writer.h"
+#include "report/page.h"
 #include "run/messages.h"
 #include "text/number_text.h"
 

@@ -13,7 +13,7 @@
 #include "program/analysis_driver.h"
 #include "program/finish_run.h"
 #include "program/start_up.h"
-#include "report/report_writer.h"
+#include "report/page.h"
 #include "run/allocate_blocks.h"
 #include "run/messages.h"
 #include "text/number_text.h"

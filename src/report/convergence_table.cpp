@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <string>
 
+#include "report/page.h"
 #include "report/report_columns.h"
-#include "report/report_writer.h"
 #include "run/messages.h"
 #include "text/number_text.h"
+#include "text/text_width.h"
 
 namespace vardento {
 namespace {
@@ -30,12 +31,11 @@ ReportLine TopRule() { return BoxRule(Box::TopLeft, kRuleLength, Box::TopRight);
 
 // On the screen the top rule names the two files, by the ends of their names.
 void PutConsoleTopRule(Run& run) {
-  constexpr std::size_t kNameLength = 28;
+  constexpr int kNameLength = 28;
   std::string text(TopRule().View());
   MapGraphics(text);
   const auto lay = [&text](std::size_t column, std::string_view caption, std::string_view name) {
-    name = TrimRight(name);
-    if (name.size() > kNameLength) name.remove_prefix(name.size() - kNameLength);
+    name = CutToLast(TrimRight(name), kNameLength);
     const std::string piece = std::string(caption).append(" ").append(name);
     text.replace(column - 1, piece.size(), piece);
   };

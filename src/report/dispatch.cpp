@@ -1,5 +1,7 @@
 // The list of Tables, and the road from a request to the routines that print it. A new Table is a
 // new row of the list.
+#include "report/dispatch.h"
+
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -7,7 +9,6 @@
 #include "platform/io_status.h"
 #include "report/later_tables.h"
 #include "report/measure_table.h"
-#include "report/report_writer.h"
 #include "report/sorted_lists.h"
 #include "report/summary_table.h"
 #include "run/messages.h"

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "measure/entry_values.h"
-#include "report/report_writer.h"
+#include "report/report_context.h"
 
 namespace vardento {
 

@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "measure/entry_values.h"
+#include "text/text_width.h"
 
 namespace vardento {
 namespace {
@@ -123,11 +124,9 @@ void ScalePlotAxis(const TableRequest& request, PlotAxis& axis, float unit, floa
 CaptionField CentreCaption(std::string_view text, int rows) {
   CaptionField field;
   field.fill(' ');
-  const std::size_t places =
-      static_cast<std::size_t>(std::clamp(rows + 1, 0, static_cast<int>(field.size())));
-  text = text.substr(0, places);
-  const std::size_t offset = (places - text.size()) / 2;
-  std::copy(text.begin(), text.end(), field.begin() + static_cast<std::ptrdiff_t>(offset));
+  const int places = std::clamp(rows + 1, 0, static_cast<int>(field.size()));
+  text = CutToWidth(text, places);
+  std::copy(text.begin(), text.end(), field.begin() + (places - TextWidth(text)) / 2);
   return field;
 }
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "report/report_writer.h"
+#include "report/report_context.h"
 
 namespace vardento {
 

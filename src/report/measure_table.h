@@ -6,7 +6,8 @@
 #include <string_view>
 
 #include "measure/entry_values.h"
-#include "report/report_writer.h"
+#include "report/report_context.h"
+#include "report/report_line.h"
 
 namespace vardento {
 

@@ -4,7 +4,9 @@
 #include <string>
 
 #include "report/measure_table.h"
+#include "report/page.h"
 #include "report/report_columns.h"
+#include "report/run_summary.h"
 #include "text/number_text.h"
 
 namespace vardento {

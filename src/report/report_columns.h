@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "measure/estimation.h"
-#include "report/report_writer.h"
+#include "report/report_line.h"
 
 namespace vardento {
 
@@ -36,10 +36,6 @@ ReportLine SeparationRow(std::string_view kind, const SeparationValues& values,
 
 // A number as a field of `width` with `decimals` decimals shows it, less the blanks around it.
 std::string PlainNumber(double value, int width, int decimals);
-
-// Appends a line, cut to `width` columns, to the lines that the screen shows at the end of the run.
-// Opens their file when it isn't open yet; a failure is told once and the run goes on.
-void PutSummaryLine(Run& run, std::string_view line, int width);
 
 inline constexpr int kLetters = 26;  // entries at each end of a list that get a letter
 // The mark of place n of `count` in a list of fit order: "A" to "Z" for the first 26, "a" to "z"

@@ -1,7 +1,9 @@
+#include "report/report_line.h"
+
 #include <algorithm>
 
-#include "report/report_writer.h"
 #include "text/number_text.h"
+#include "text/text_width.h"
 
 namespace vardento {
 
@@ -23,14 +25,13 @@ ReportLine& ReportLine::Text(std::string_view text) {
     text = text.substr(0, text_.size() - first);
     std::copy(text.begin(), text.end(), text_.begin() + static_cast<std::ptrdiff_t>(first));
   }
-  next_ += static_cast<int>(text.size());
+  next_ += TextWidth(text);
   return *this;
 }
 
 ReportLine& ReportLine::Text(std::string_view text, int width) {
-  const std::size_t size = static_cast<std::size_t>(std::max(width, 0));
-  const std::size_t shown = std::min(text.size(), size);
-  return Text(text.substr(0, shown)).Repeat(' ', static_cast<int>(size - shown));
+  text = CutToWidth(text, width);
+  return Text(text).Repeat(' ', width - TextWidth(text));
 }
 
 ReportLine& ReportLine::Fixed(double value, int width, int decimals) {

@@ -1,14 +1,15 @@
-// The summary box of a run: on the report, on the lines that the screen shows at the end, and as
-// the digest that the measure Tables repeat.
+#include "report/run_summary.h"
+
 #include <string>
 
 #include "measure/entry_values.h"
 #include "platform/io_status.h"
 #include "platform/text_file.h"
+#include "report/page.h"
 #include "report/report_columns.h"
-#include "report/report_writer.h"
 #include "run/messages.h"
 #include "text/number_text.h"
+#include "text/text_width.h"
 
 namespace vardento {
 namespace {
@@ -17,7 +18,7 @@ constexpr int kRuleLength = 76;
 constexpr int kBarColumn = 79;
 constexpr int kSummaryWidth = 80;
 constexpr int kScreenWidth = 79;
-constexpr std::size_t kDigestLength = 100;
+constexpr int kDigestLength = 100;
 
 void PutBoth(Run& run, const ReportLine& line) {
   PutSummaryLine(run, line.View(), kSummaryWidth);
@@ -90,7 +91,20 @@ void WriteRunSummary(Run& run, const FitSummary& summary) {
   const Half items{Facet::Items, run.settings.NI, run.ActiveItems, kItemSlots, kItemRealError};
   PutHalf(run, items, summary);
   PutBoth(run, BoxRule(Box::BottomLeft, kRuleLength, Box::BottomRight));
-  if (run.RunDigest.size() > kDigestLength) run.RunDigest.resize(kDigestLength);
+  run.RunDigest = std::string(CutToWidth(run.RunDigest, kDigestLength));
+}
+
+void PutSummaryLine(Run& run, std::string_view line, int width) {
+  int status = kIoOk;
+  const std::string name = run.workDirectory.NameOf("ZRR");
+  if (!run.summaryLines.IsOpen()) status = run.summaryLines.Open(name, FileMode::ReplacePrivate);
+  if (status == kIoOk) {
+    status = run.summaryLines.WriteLine(CutToWidth(line, width));
+  }
+  if (status == kIoOk || run.outputFailed) return;
+  run.RunIoStatus = status;
+  ReportFileFailure(run, name, 'W');
+  run.RunIoStatus = 0;
 }
 
 void ShowRunSummary(Run& run) {

@@ -1,4 +1,5 @@
-// Requests for Tables during the run: TABLES=, the lines of TFILE=, and the text of one request.
+#include "report/table_requests.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -8,7 +9,7 @@
 #include "platform/directories.h"
 #include "platform/io_status.h"
 #include "platform/text_file.h"
-#include "report/report_writer.h"
+#include "report/dispatch.h"
 #include "run/messages.h"
 #include "text/number_text.h"
 

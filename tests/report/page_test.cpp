@@ -1,3 +1,5 @@
+#include "report/page.h"
+
 #include <gtest/gtest.h>
 
 #include "report/small_run.h"
