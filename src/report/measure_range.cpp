@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <initializer_list>
 
 #include "measure/entry_values.h"
 #include "text/text_width.h"
@@ -12,10 +11,6 @@ namespace {
 
 // Requests can name any number; whole units beyond this have no meaning on a scale.
 constexpr float kFarthest = 1e6F;
-
-bool IsOneOf(int table, std::initializer_list<int> tables) {
-  return std::find(tables.begin(), tables.end(), table) != tables.end();
-}
 
 struct Range {
   bool any = false;
@@ -27,16 +22,13 @@ struct Range {
   }
 };
 
-void TakeItems(const Run& run, const Array1<float>& boundaries, Range& range) {
+void TakeItems(const Run& run, const Array1<float>& boundaries, int lowest, Range& range) {
   const RunArrays& arrays = run.arrays;
-  const int table = run.request.CurrentTable;
-  const bool withCategories = IsOneOf(table, {1, 2, 3, 7, 12, 16, 17, 18, 19, 21});
-  const int lowest = IsOneOf(table, {1, 12, 16}) ? 1 : 0;
   for (int i = 1; i <= arrays.ItemStatus.Size(); ++i) {
     if (!IsActive(arrays.ItemStatus[i])) continue;
     const int group = arrays.ItemGroup[i];
     const int top = arrays.GroupTop[group];
-    if (top < 2 || !withCategories) {
+    if (top < 2 || lowest < 0) {
       range.Take(arrays.ItemMeasure[i]);
     } else {
       const int start = arrays.GroupStart[group];
@@ -53,7 +45,7 @@ void TakePersons(const Run& run, Range& range) {
   }
 }
 
-Range RangeOfData(const Run& run, const Array1<float>& boundaries) {
+Range RangeOfData(const Run& run, const TableNeeds& needs, const Array1<float>& boundaries) {
   const ControlSettings& settings = run.settings;
   Range range;
   if (settings.MRANGE != 0) {
@@ -61,9 +53,8 @@ Range RangeOfData(const Run& run, const Array1<float>& boundaries) {
     range.Take(settings.UMEAN + settings.MRANGE);
     return range;
   }
-  const int table = run.request.CurrentTable;
-  if (table != 24) TakeItems(run, boundaries, range);
-  if (table != 23) TakePersons(run, range);
+  if (needs.rangeOfItems) TakeItems(run, boundaries, needs.lowestBoundary, range);
+  if (needs.rangeOfPersons) TakePersons(run, range);
   if (!range.any) range.Take(settings.UMEAN);
   return range;
 }
@@ -80,8 +71,8 @@ float UnitOf(float span) { return span < 50 ? 1.0F : span < 500 ? 10.0F : 100.0F
 
 void MeasureRange(ReportContext& context, const Array1<float>& boundaries) {
   const Run& run = context.run;
-  Range range = RangeOfData(run, boundaries);
-  if (IsOneOf(run.request.CurrentTable, {3, 21})) {
+  Range range = RangeOfData(run, context.needs, boundaries);
+  if (context.needs.centred) {
     const float centre = run.settings.UMEAN;
     const float side = std::max(range.high - centre, centre - range.low);
     range.low = centre - side;

@@ -10,8 +10,8 @@ namespace vardento {
 
 // Sets the context's rangeLow, rangeHigh (user units, whole multiples of rangeUnit), rangeUnit (1,
 // 10 or 100) and rangeSpan (whole units between them). `boundaries` holds, at the position of each
-// category of each group, the boundary below it in user units from the item's measure; the Tables
-// that show categories widen the range by it.
+// category of each group, the boundary below it in user units from the item's measure; Tables that
+// show categories widen the range by it (see TableNeeds).
 void MeasureRange(ReportContext& context, const Array1<float>& boundaries);
 
 // The horizontal measure axis of a character plot.

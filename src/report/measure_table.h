@@ -72,4 +72,13 @@ class MeasureTable {
   bool omitted_ = false, omissionShown_ = false;
 };
 
+// The Tables of the row's subject in each order.
+void PrintInFitOrder(ReportContext& context);
+void PrintInMeasureOrder(ReportContext& context);
+void PrintInEntryOrder(ReportContext& context);
+void PrintInAlphabeticalOrder(ReportContext& context);
+// Items only.
+void PrintInDisplacementOrder(ReportContext& context);
+void PrintInCorrelationOrder(ReportContext& context);
+
 }  // namespace vardento

@@ -12,7 +12,6 @@ namespace vardento {
 namespace {
 
 constexpr int kTailColumn = 67;  // the bar in front of the optional columns
-constexpr int kDisplacementTable = 25;
 constexpr int kWeighWidth = 5;
 constexpr int kDisplaceWidth = 8;
 
@@ -35,7 +34,7 @@ MeasureTable::MeasureTable(ReportContext& context, Facet facet, std::string_view
       fitOrder_(orderWord.find("FIT") != std::string_view::npos),
       weighColumn_(arrays_.weight.Size() > 0),
       displaceColumn_((persons_ ? run_.PersonDisplaced : run_.ItemDisplaced) ||
-                      run_.request.CurrentTable == kDisplacementTable),
+                      orderWord == "DISPLACEMENT"),
       fractionalScores_(HasFraction(arrays_.otherWeight)),
       field_(DecideLabelField()) {}
 

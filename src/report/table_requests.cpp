@@ -10,6 +10,7 @@
 #include "platform/io_status.h"
 #include "platform/text_file.h"
 #include "report/dispatch.h"
+#include "report/table_list.h"
 #include "run/messages.h"
 #include "text/number_text.h"
 
@@ -34,6 +35,11 @@ void GiveSlot(TableRequest& request, std::size_t slot, float value) {
   request.TableArgumentSet[slot - 1] = 'U';
 }
 
+bool HasSubtableZero(int table) {
+  const std::span<const TableRow> rows = RowsOf(table);
+  return !rows.empty() && rows.front().subtable == 0;
+}
+
 // "6", "6.1", "1.0": the Table and, behind the point, its subtable.
 void ParseTableNumber(TableRequest& request, std::string_view token) {
   const std::size_t point = token.find('.');
@@ -44,7 +50,7 @@ void ParseTableNumber(TableRequest& request, std::string_view token) {
   request.CurrentTable = table;
   if (point == std::string_view::npos) return;
   const std::optional<float> subtable = NumberOf(token.substr(point + 1));
-  if (subtable && (*subtable > 0 || (*subtable == 0 && table == 1))) {
+  if (subtable && (*subtable > 0 || (*subtable == 0 && HasSubtableZero(table)))) {
     GiveSlot(request, 1, *subtable);
   }
 }
