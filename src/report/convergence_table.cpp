@@ -16,11 +16,7 @@ constexpr int kRuleLength = 76;  // between the corners at columns 2 and 79
 constexpr int kBarColumn = 79;
 constexpr int kLinesBelow = 2;  // a row and the closing rule
 
-void PutConsoleLine(Run& run, const ReportLine& line) {
-  std::string text(line.View());
-  MapGraphics(text);
-  WriteConsole(run, text);
-}
+void PutConsoleLine(Run& run, const ReportLine& line) { WriteConsole(run, line.Plain()); }
 
 void PutBoth(Run& run, const ReportLine& line) {
   PutReportLine(run, line);
@@ -32,16 +28,13 @@ ReportLine TopRule() { return BoxRule(Box::TopLeft, kRuleLength, Box::TopRight);
 // On the screen the top rule names the two files, by the ends of their names.
 void PutConsoleTopRule(Run& run) {
   constexpr int kNameLength = 28;
-  std::string text(TopRule().View());
-  MapGraphics(text);
-  const auto lay = [&text](std::size_t column, std::string_view caption, std::string_view name) {
-    name = CutToLast(TrimRight(name), kNameLength);
-    const std::string piece = std::string(caption).append(" ").append(name);
-    text.replace(column - 1, piece.size(), piece);
+  ReportLine line = TopRule();
+  const auto lay = [&line](int column, std::string_view caption, std::string_view name) {
+    line.At(column).Text(caption).Text(" ").Text(CutToLast(TrimRight(name), kNameLength));
   };
   lay(4, "Control:", run.startUp.ControlFileName);
   lay(42, "Output:", run.startUp.ReportFileName);
-  WriteConsole(run, text);
+  PutConsoleLine(run, line);
 }
 
 // The two lines of a head, closed by the bars of the box.

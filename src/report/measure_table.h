@@ -35,7 +35,7 @@ class MeasureTable {
   // Layout and heads.
   LabelField DecideLabelField() const;
   void PutTail(ReportLine& line, const Tail& tail) const;
-  ReportLine Rule(char left, char joint, char right) const;
+  ReportLine Rule(Box left, Box joint, Box right) const;
   void PutTitle();
   void PutHead();
   ReportLine SecondHeadLine() const;

@@ -92,7 +92,7 @@ void MeasureTable::PutTail(ReportLine& line, const Tail& tail) const {
   PutBar(line, before + field_.width + 1);
 }
 
-ReportLine MeasureTable::Rule(char left, char joint, char right) const {
+ReportLine MeasureTable::Rule(Box left, Box joint, Box right) const {
   ReportLine line;
   line.At(2).Repeat(left, 1).Repeat(Box::Horizontal, 36);
   const auto column = [&](int width) { line.Repeat(joint, 1).Repeat(Box::Horizontal, width); };

@@ -86,7 +86,10 @@ void PutFrontHeading(Run& run, int subtable, int blankLines) {
 
 }  // namespace
 
-void PutReportLine(Run& run, const ReportLine& line) { WriteReportText(run, line.View()); }
+void PutReportLine(Run& run, const ReportLine& line) {
+  const std::string plain = line.Plain();
+  WriteReportText(run, run.settings.ASCII == 'N' ? line.View() : plain, plain);
+}
 
 void PutBlankLine(Run& run) { WriteReportText(run, " "); }
 

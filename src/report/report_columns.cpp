@@ -21,7 +21,7 @@ void PutSummaryFit(ReportLine& line, double infit, double infitZ, double outfit,
 
 void PutBar(ReportLine& line, int column) { line.At(column).Repeat(Box::Vertical, 1); }
 
-ReportLine BoxRule(char left, int count, char right) {
+ReportLine BoxRule(Box left, int count, Box right) {
   ReportLine line;
   line.At(2).Repeat(left, 1).Repeat(Box::Horizontal, count).Repeat(right, 1);
   return line;

@@ -20,7 +20,7 @@ void PutSummaryFit(ReportLine& line, double infit, double infitZ, double outfit,
 // Vertical rule at a column.
 void PutBar(ReportLine& line, int column);
 // A rule from column 2 on: a corner or tee, `count` horizontals, a corner or tee.
-ReportLine BoxRule(char left, int count, char right);
+ReportLine BoxRule(Box left, int count, Box right);
 
 // The separation row of a summary box: `kind` is " REAL" or "MODEL"; the label takes at most
 // `labelWidth` columns from 56 on and the bar stands at `barColumn`. `padLabel`: the label always

@@ -21,7 +21,7 @@ constexpr int kScreenWidth = 79;
 constexpr int kDigestLength = 100;
 
 void PutBoth(Run& run, const ReportLine& line) {
-  PutSummaryLine(run, line.View(), kSummaryWidth);
+  PutSummaryLine(run, line, kSummaryWidth);
   PutReportLine(run, line);
 }
 
@@ -94,12 +94,12 @@ void WriteRunSummary(Run& run, const FitSummary& summary) {
   run.RunDigest = std::string(CutToWidth(run.RunDigest, kDigestLength));
 }
 
-void PutSummaryLine(Run& run, std::string_view line, int width) {
+void PutSummaryLine(Run& run, const ReportLine& line, int width) {
   int status = kIoOk;
   const std::string name = run.workDirectory.NameOf("ZRR");
   if (!run.summaryLines.IsOpen()) status = run.summaryLines.Open(name, FileMode::ReplacePrivate);
   if (status == kIoOk) {
-    status = run.summaryLines.WriteLine(CutToWidth(line, width));
+    status = run.summaryLines.WriteLine(CutToWidth(line.Plain(), width));
   }
   if (status == kIoOk || run.outputFailed) return;
   run.RunIoStatus = status;
@@ -114,7 +114,6 @@ void ShowRunSummary(Run& run) {
     std::string line;
     if (reader.Open(run.workDirectory.NameOf("ZRR")) == kIoOk) {
       while (reader.ReadLine(line, kScreenWidth) == kIoOk) {
-        MapGraphics(line);  // whatever ASCII= says of the report: a screen has no page of bytes
         WriteConsole(run, line);
       }
     }

@@ -17,6 +17,8 @@ void ReportMessage(Run& run, std::string_view text);
 // One plain line of the report, by the rules of ReportOutput::PutLine, with the report's own
 // failure words when it can't be written. Pumps messages until the run is finished.
 void WriteReportText(Run& run, std::string_view line);
+// The same for a line that looks different on the console, which shows what can't be written.
+void WriteReportText(Run& run, std::string_view line, std::string_view onConsole);
 
 // Marks the run as one whose report is not whole and tells it, once. True when it was told just
 // now; a status of 0 is no failure.

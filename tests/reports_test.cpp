@@ -1,0 +1,57 @@
+// What the user sees of whole runs in the report and at the terminal.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "support/whole_run.h"
+
+namespace vardento::test {
+namespace {
+
+using testing::HasSubstr;
+
+// The number of bytes in the text that no plain text has.
+long CountHighBytes(const std::string& text) {
+  return std::count_if(text.begin(), text.end(),
+                       [](char c) { return static_cast<unsigned char>(c) > 127; });
+}
+
+void RemoveAll(std::string& text, const std::string& piece) {
+  for (std::size_t at; (at = text.find(piece)) != std::string::npos;) text.erase(at, piece.size());
+}
+
+// Bytes of the user that happen to be those of box characters come out as they went in, whatever
+// the boxes around them are drawn with: in Tables, headings, the front part, the copy of the
+// Control File, on the console and in its summary.
+TEST(Reports, KeepTheBytesOfTheUsersTexts) {
+  const std::string texts[] = {"T\xB3\xC4\xDA", "K\xC5",     "I\xC1",     "A\xB4\xBF",
+                               "x\xD9",         "r\xC2\xC3", "; \xC0\xC9"};
+  const auto& [title, person, item, name, label, report, comment] = texts;
+  for (const std::string ascii : {"Y", "N"}) {
+    SCOPED_TRACE("ASCII=" + ascii);
+    WholeRun whole;
+    whole.report = report + ".txt";
+    whole.directory.Write("control.txt",
+                          "TITLE=" + title + "\nPERSON=" + person + "\nITEM=" + item +
+                              "\nNI=3\nNAMLEN=3\nITEM1=5\nASCII=" + ascii + "  " + comment +
+                              "\nTFILE=*\n6.1\n14.1\n3.1\n*\n&END\n" + label +
+                              "1\nb\nc\nEND LABELS\n" + name + " 110\nBob 100\nCid 011\nDan 001\n");
+    whole.Execute({}, "BATCH=N");
+    std::string file = whole.directory.Read(whole.report);
+    std::string console = whole.console.Text();
+    EXPECT_THAT(console, AllOf(HasSubstr(title), HasSubstr(person), HasSubstr(name),
+                               HasSubstr(item), HasSubstr(report)));
+    for (const std::string& text : texts) {
+      EXPECT_THAT(file, HasSubstr(text));
+      RemoveAll(file, text);
+      RemoveAll(console, text);
+    }
+    EXPECT_EQ(CountHighBytes(file) > 0, ascii == "N") << file;
+    EXPECT_EQ(CountHighBytes(console), 0) << console;
+  }
+}
+
+}  // namespace
+}  // namespace vardento::test
