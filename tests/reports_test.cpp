@@ -12,6 +12,9 @@ namespace {
 
 using testing::HasSubstr;
 
+constexpr char kControl[] =
+    "NI=3\nNAMLEN=3\nITEM1=5\nINUMB=Y\n&END\nAnn 110\nBob 100\nCid 011\nDan 001\n";
+
 // The number of bytes in the text that no plain text has.
 long CountHighBytes(const std::string& text) {
   return std::count_if(text.begin(), text.end(),
@@ -51,6 +54,14 @@ TEST(Reports, KeepTheBytesOfTheUsersTexts) {
     EXPECT_EQ(CountHighBytes(file) > 0, ascii == "N") << file;
     EXPECT_EQ(CountHighBytes(console), 0) << console;
   }
+}
+
+// A number that its field can't show is no other number.
+TEST(Reports, ShowNoPartOfANumber) {
+  WholeRun whole;
+  whole.directory.Write("control.txt", kControl);
+  whole.Execute({"TABLES=001", "UMEAN=12345.5", "USCALE=-1000"});
+  EXPECT_THAT(whole.directory.Read("report.txt"), HasSubstr("\nUMEAN=******** USCALE=********\n"));
 }
 
 }  // namespace
