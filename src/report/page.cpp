@@ -63,8 +63,8 @@ void PutCountsLine(Run& run) {
   count(line, run.personsRead, settings.PERSONS_LABEL);
   count(line.Text(", "), settings.NI, settings.ITEMS_LABEL);
   if (run.ActivePersons > 0) {
-    count(line.Text("  ANALYZED: "), run.ActivePersons, settings.PERSONS_LABEL);
-    count(line.Text(", "), run.ActiveItems, settings.ITEMS_LABEL);
+    count(line.Text("  ANALYZED: "), run.ActivePersons, settings.PERSON_LABEL);
+    count(line.Text(", "), run.ActiveItems, settings.ITEM_LABEL);
     count(line.Text(", "), run.ActiveCategories, "CATS");
   }
   if (IsBlank(line, 67, 74)) line.At(68).Text(kProgramName);
