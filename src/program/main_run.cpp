@@ -7,7 +7,7 @@
 #include "data/data_reader.h"
 #include "data/select_items.h"
 #include "data/work_files.h"
-#include "files/later_files.h"
+#include "files/output_files.h"
 #include "lists/entry_lists.h"
 #include "platform/clock.h"
 #include "program/analysis_driver.h"
@@ -59,7 +59,7 @@ void TakeInData(Run& run) {
   ReadPersonDeletions(run);
   DecideRescoring(run.settings);
   ReadData(run);
-  if (!run.settings.RFILE.empty()) WriteResponseFile(run);
+  WriteOutputFiles(run, OutputStage::Intake);
   if (run.StopRequest == 1) {
     run.RunIoStatus = -1;
     EndRun(run);

@@ -1,0 +1,41 @@
+#include "files/output_files.h"
+
+#include "files/measure_files.h"
+#include "files/step_files.h"
+#include "run/messages.h"
+
+namespace vardento {
+namespace {
+
+using Settings = ControlSettings;
+constexpr auto Later = nullptr;
+
+constexpr OutputFileRow kOutputFiles[] = {
+    {'R', "Scored Response File: RFILE=", &Settings::RFILE, Later, OutputStage::Intake},
+    {'P', "Person Measure File: PFILE=", &Settings::PFILE, WritePersonMeasureFile},
+    {'I', "Item Measure File: IFILE=", &Settings::IFILE, WriteItemMeasureFile},
+    {'S', "Step Measure File: SFILE=", &Settings::SFILE, WriteStepFile},
+    {'J', "Item-Step Measure File: ISFILE=", &Settings::ISFILE, WriteItemStepFile},
+    {'C', "Person Score File: SCFILE=", &Settings::SCFILE, Later},
+    {'G', "Probability Curve Graph File: GRFILE=", &Settings::GRFILE, Later},
+    {'D', "Distractor Count File: DISFILE=", &Settings::DISFILE, Later},
+    {'1', "Item Correlation File: ICORFILE=", &Settings::ICORFILE, Later},
+    {'2', "Person Correlation File: PCORFILE=", &Settings::PCORFILE, Later},
+    {'Y', "Guttmanized file: GUFILE=", &Settings::GUFILE, Later},
+    {'Z', "Simulated data file: SIFILE=", &Settings::SIFILE, Later},
+    {'X', "Observation & Expectation File: XFILE=", &Settings::XFILE, Later},
+};
+
+}  // namespace
+
+std::span<const OutputFileRow> OutputFiles() { return kOutputFiles; }
+
+void WriteOutputFiles(Run& run, OutputStage stage) {
+  for (const OutputFileRow& file : kOutputFiles) {
+    if (file.stage != stage || (run.settings.*file.name).empty()) continue;
+    if (file.write != nullptr) file.write(run);
+    PumpMessages(run);
+  }
+}
+
+}  // namespace vardento
