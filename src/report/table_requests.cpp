@@ -6,7 +6,6 @@
 #include <optional>
 #include <string>
 
-#include "platform/directories.h"
 #include "platform/io_status.h"
 #include "platform/text_file.h"
 #include "report/dispatch.h"
@@ -85,7 +84,8 @@ void RunTableList(ReportContext& context) {
   const std::string name = run.settings.TFILE;
   TextReader reader;
   // Every Table would lengthen a list that is the report itself: it would never end.
-  int status = IsSameFile(name, run.report.Name()) ? kIoEndOfFile : reader.Open(name);
+  const bool isReport = run.files.Find(name, FileUse::Report) != nullptr;
+  int status = isReport ? kIoEndOfFile : reader.Open(name);
   if (status != kIoOk) {
     run.outputFailed = true;
     ReportMessage(run, "PROBLEM OPENING TABLE FILE: " + name);

@@ -15,6 +15,7 @@
 #include "run/phase_clock.h"
 #include "run/report_output.h"
 #include "run/run_arrays.h"
+#include "run/run_files.h"
 #include "run/table_request.h"
 #include "run/work_directory.h"
 #include "run/work_stores.h"
@@ -64,8 +65,7 @@ struct Run {
   ControlSettings settings;
   ControlInput input;
   ReportOutput report;
-  // The user's files that this run has read from: no output file may take their place.
-  std::vector<std::string> filesInUse;
+  RunFiles files;
   TextWriter summaryLines;  // ZRR: the lines shown on the screen at the end of the run
   TableRequest request;
 
