@@ -5,11 +5,13 @@
 
 #include <algorithm>
 
+#include "support/program.h"
 #include "support/whole_run.h"
 
 namespace vardento::test {
 namespace {
 
+namespace fs = std::filesystem;
 using testing::HasSubstr;
 
 constexpr char kControl[] =
@@ -62,6 +64,46 @@ TEST(Reports, ShowNoPartOfANumber) {
   whole.directory.Write("control.txt", kControl);
   whole.Execute({"TABLES=001", "UMEAN=12345.5", "USCALE=-1000"});
   EXPECT_THAT(whole.directory.Read("report.txt"), HasSubstr("\nUMEAN=******** USCALE=********\n"));
+}
+
+// Each pair is one plain file, by its name or by a link: the run ends, and what lies there stays.
+TEST(Reports, AreNotBegunWhenTwoFilesToWriteAreOne) {
+  const TempDirectory directory;
+  const struct {
+    std::vector<std::string> words;
+    std::string message;
+  } cases[] = {
+      {{"PFILE=new.txt", "IFILE=./new.txt"}, " PFILE= AND IFILE= ARE THE SAME FILE: ./new.txt\n"},
+      {{"ISFILE=sub/../new.txt", "SFILE=" + directory.NameOf("new.txt")}, " SFILE= AND ISFILE= "},
+      {{"XFILE=dangling", "IFILE=new.txt"}, " IFILE= AND XFILE= "},
+      {{"RFILE=linked/new.txt", "PFILE=new.txt"}, " RFILE= AND PFILE= "},
+      {{"PFILE=old.txt", "SFILE=hard.txt"}, " PFILE= AND SFILE= "},
+      {{"PFILE=old.txt", "GRFILE=soft.txt"}, " PFILE= AND GRFILE= "},
+      {{"IFILE=linked/report.txt"}, " IFILE= AND THE REPORT OUTPUT FILE ARE THE SAME FILE: "},
+      {{"IFILE=to-report"}, " IFILE= AND THE REPORT OUTPUT FILE "},
+  };
+  directory.Write("control.txt", kControl);
+  directory.Write("old.txt", "old");
+  fs::create_directory(directory.NameOf("sub"));
+  fs::create_symlink("new.txt", directory.NameOf("dangling"));
+  fs::create_symlink("report.txt", directory.NameOf("to-report"));
+  fs::create_directory_symlink(".", directory.NameOf("linked"));
+  fs::create_symlink("old.txt", directory.NameOf("soft.txt"));
+  fs::create_hard_link(directory.NameOf("old.txt"), directory.NameOf("hard.txt"));
+  for (const bool hasReport : {false, true}) {
+    if (hasReport) directory.Write("report.txt", "kept");
+    for (const auto& c : cases) {
+      std::vector<std::string> words{"control.txt", "report.txt", "BATCH=Y"};
+      words.insert(words.end(), c.words.begin(), c.words.end());
+      const ProgramResult result = Launch(directory, words);
+      EXPECT_EQ(result.status, 1) << c.message;
+      EXPECT_THAT(result.errors, HasSubstr(c.message));
+      EXPECT_EQ(directory.Read("old.txt"), "old");
+      EXPECT_FALSE(directory.Exists("new.txt"));
+      EXPECT_EQ(directory.Exists("report.txt"), hasReport);
+      EXPECT_EQ(directory.Read("report.txt"), hasReport ? "kept" : "");
+    }
+  }
 }
 
 }  // namespace

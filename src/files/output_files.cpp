@@ -1,5 +1,7 @@
 #include "files/output_files.h"
 
+#include <ranges>
+
 #include "files/measure_files.h"
 #include "files/step_files.h"
 #include "run/messages.h"
@@ -26,9 +28,27 @@ constexpr OutputFileRow kOutputFiles[] = {
     {'X', "Observation & Expectation File: XFILE=", &Settings::XFILE, Later},
 };
 
+void KeepApart(Run& run, std::string_view first, const RunFile* second) {
+  if (second == nullptr) return;
+  run.report.Abandon();
+  FailRun(run, " " + std::string(first) + " AND " + second->caption +
+                   " ARE THE SAME FILE: " + second->name);
+}
+
 }  // namespace
 
 std::span<const OutputFileRow> OutputFiles() { return kOutputFiles; }
+
+void EnterOutputFiles(Run& run) {
+  // From the last to the first, so that the first of two is named first.
+  for (const OutputFileRow& file : std::views::reverse(kOutputFiles)) {
+    const std::string& name = run.settings.*file.name;
+    if (name.empty()) continue;
+    KeepApart(run, file.Variable(), run.files.Find(name, FileUse::Output));
+    KeepApart(run, file.Variable(), run.files.Find(name, FileUse::Report));
+    run.files.Enter(std::string(file.Variable()), name, FileUse::Output);
+  }
+}
 
 void WriteOutputFiles(Run& run, OutputStage stage) {
   for (const OutputFileRow& file : kOutputFiles) {

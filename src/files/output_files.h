@@ -25,6 +25,9 @@ struct OutputFileRow {
 // All rows, in the order in which the files are written.
 std::span<const OutputFileRow> OutputFiles();
 
+// Enters the files that were given a name into the run's files. Ends the run, and leaves the report
+// as it was, when two of them, or one and the report, are the same plain file.
+void EnterOutputFiles(Run& run);
 // Writes the files of the stage that were given a name.
 void WriteOutputFiles(Run& run, OutputStage stage);
 

@@ -87,6 +87,7 @@ void AnalyseData(Run& run) {
   StartDialogue(run);
   run.phases.Enter(Phase::Intake);
   ReadControlVariables(run);
+  EnterOutputFiles(run);
   ReadItemSettings(run);
   EnterReportMenu(run);
   WriteBanner(run);

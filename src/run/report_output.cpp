@@ -16,7 +16,13 @@ constexpr char kPageMark = '^';
 int ReportOutput::Open(const std::string& path, FileMode mode) {
   name_ = path;
   failureTold = false;
+  isNew_ = !FileExists(path);
   return writer_.Open(path, mode);
+}
+
+void ReportOutput::Abandon() {
+  writer_.Abandon();
+  if (isNew_) RemoveFile(name_);
 }
 
 int ReportOutput::PutLine(std::string_view line, const ControlSettings& settings) {

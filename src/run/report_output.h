@@ -19,8 +19,9 @@ class ReportOutput {
   int Open(const std::string& path, FileMode mode);
   bool IsOpen() const { return writer_.IsOpen(); }
   int Close() { return writer_.Close(); }
-  // Leaves the file as it was before Open, as long as little was written (see TextWriter::Abandon).
-  void Abandon() { writer_.Abandon(); }
+  // Leaves the place as it was before Open, as long as little was written (see
+  // TextWriter::Abandon).
+  void Abandon();
   const std::string& Name() const { return name_; }
 
   // Writes one line whose column 1 is the control column ("^" begins a page) and counts it. Returns
@@ -37,6 +38,7 @@ class ReportOutput {
  private:
   TextWriter writer_;
   std::string name_;
+  bool isNew_ = false;  // there was nothing of this name
 };
 
 }  // namespace vardento
