@@ -14,11 +14,19 @@
 namespace vardento {
 namespace {
 
+constexpr std::string_view kLinesStem = "ZRR";
 constexpr int kRuleLength = 76;
 constexpr int kBarColumn = 79;
 constexpr int kSummaryWidth = 80;
 constexpr int kScreenWidth = 79;
 constexpr int kDigestLength = 100;
+
+void TellSummaryFailure(Run& run, int status) {
+  if (status == kIoOk || run.outputFailed) return;
+  run.RunIoStatus = status;
+  ReportFileFailure(run, run.workDirectory.NameOf(kLinesStem), 'W');
+  run.RunIoStatus = 0;
+}
 
 void PutBoth(Run& run, const ReportLine& line) {
   PutSummaryLine(run, line, kSummaryWidth);
@@ -96,23 +104,20 @@ void WriteRunSummary(Run& run, const FitSummary& summary) {
 
 void PutSummaryLine(Run& run, const ReportLine& line, int width) {
   int status = kIoOk;
-  const std::string name = run.workDirectory.NameOf("ZRR");
+  const std::string name = run.workDirectory.NameOf(kLinesStem);
   if (!run.summaryLines.IsOpen()) status = run.summaryLines.Open(name, FileMode::ReplacePrivate);
   if (status == kIoOk) {
     status = run.summaryLines.WriteLine(CutToWidth(line.Plain(), width));
   }
-  if (status == kIoOk || run.outputFailed) return;
-  run.RunIoStatus = status;
-  ReportFileFailure(run, name, 'W');
-  run.RunIoStatus = 0;
+  TellSummaryFailure(run, status);
 }
 
 void ShowRunSummary(Run& run) {
   if (run.summaryLines.IsOpen()) {
-    run.summaryLines.Close();
+    TellSummaryFailure(run, run.summaryLines.Close());
     TextReader reader;
     std::string line;
-    if (reader.Open(run.workDirectory.NameOf("ZRR")) == kIoOk) {
+    if (reader.Open(run.workDirectory.NameOf(kLinesStem)) == kIoOk) {
       while (reader.ReadLine(line, kScreenWidth) == kIoOk) {
         WriteConsole(run, line);
       }
