@@ -7,8 +7,10 @@
 #include <string_view>
 
 #include "files/file_form.h"
+#include "report/dispatch.h"
 #include "report/measure_range.h"
 #include "report/small_run.h"
+#include "report/table_requests.h"
 
 using namespace vardento;
 

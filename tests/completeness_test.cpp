@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <sstream>
 
 #include "control/keyword_table.h"
+#include "files/output_files.h"
 #include "support/temp_directory.h"
 
 namespace vardento::test {
@@ -49,6 +51,19 @@ TEST(Completeness, EveryControlVariableStandsInTheManual) {
       EXPECT_TRUE(entry->second.contains(prefix)) << row.name << "= as " << prefix;
     }
   }
+}
+
+// The list of output files names each by the variable that holds its name, and leaves none out.
+TEST(Completeness, EveryOutputFileIsListedUnderItsVariable) {
+  const auto isListed = [](const KeywordRow& row) {
+    return std::ranges::any_of(OutputFiles(), [&row](const OutputFileRow& file) {
+      return file.Variable() == std::string(row.name) + "=" &&
+             row.target == KeywordTarget(file.name);
+    });
+  };
+  const auto outputs = std::ranges::count_if(KeywordTable(), isListed);
+  EXPECT_EQ(outputs, std::ssize(OutputFiles()));
+  EXPECT_EQ(outputs, std::ranges::count(KeywordTable(), KeywordKind::File, &KeywordRow::kind));
 }
 
 // Every Table that prints and every file that is written has a whole run that shows its layout.

@@ -347,9 +347,7 @@ void ConvertForms(Run& run) {
   TextReader reader;
   const int status = reader.Open(run.settings.MFORMS);
   if (status != kIoOk) FailFormFile(run, "MFORMS= FAILED", status, 'O');
-  if (!run.workDirectory.IsWorkFile(run.settings.MFORMS)) {
-    run.filesInUse.push_back(run.settings.MFORMS);
-  }
+  EnterInput(run, run.settings.MFORMS);
   FormWriter writer(run);
   FormInstructions instructions(run);
   std::string line;

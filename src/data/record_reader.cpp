@@ -39,7 +39,7 @@ void OpenDataFile(Run& run, TextReader& file, std::string& name) {
   int status = file.Open(name);
   if (status == kIoOk) {
     file.Close();
-    PrepareFile(run, name);
+    PrepareFile(run, name, "DATA FILE");
     status = run.RunIoStatus != kIoOk ? run.RunIoStatus : file.Open(name);
   }
   if (status == kIoOk) return;

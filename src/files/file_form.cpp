@@ -1,9 +1,7 @@
 #include "files/file_form.h"
 
-#include <algorithm>
 #include <cerrno>
 
-#include "platform/directories.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
 #include "text/number_text.h"
@@ -32,18 +30,10 @@ std::string_view HeadTitle(const Run& run, std::size_t length) {
   return TrimRight(std::string_view(run.settings.TITLE).substr(0, length));
 }
 
-// A slip of the pen must not cost the user the Control File, the data or the report. A device may
-// be named twice.
-bool OutputFile::IsInUse(const std::string& name) const {
-  if (!IsRegularFile(name)) return false;
-  const auto isName = [&](const std::string& other) { return IsSameFile(name, other); };
-  return isName(run_.report.Name()) ||
-         std::any_of(run_.filesInUse.begin(), run_.filesInUse.end(), isName);
-}
-
 bool OutputFile::Open(const std::string& name) {
   name_ = name;
-  if (IsInUse(name)) return Check(EEXIST, 'O');
+  // A slip of the pen must not cost the user the Control File, the data or the report.
+  if (run_.files.IsKept(name)) return Check(EEXIST, 'O');
   return Check(writer_.Open(std::string(TrimRight(name)), FileMode::Replace), 'O');
 }
 

@@ -47,7 +47,6 @@ class OutputFile {
   static constexpr std::size_t kLineLength = 260;
 
   bool Check(int status, char operation);
-  bool IsInUse(const std::string& name) const;
 
   Run& run_;
   TextWriter writer_;

@@ -6,14 +6,30 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 #include <vector>
 
 namespace vardento {
 namespace {
 
+namespace fs = std::filesystem;
+
 std::string UserDirectoryBelow(std::string base) {
   if (base.back() != '/') base.push_back('/');
   return base + "vardento-" + std::to_string(geteuid()) + "/";
+}
+
+// The full name of the place where writing to `path` would put a new file: links are followed, the
+// last of which may lead to nothing. As given when its directory isn't there either.
+fs::path PlaceOf(fs::path path) {
+  constexpr int kMostLinks = 40;  // as the system follows
+  std::error_code failure;
+  for (int i = 0; i < kMostLinks && fs::is_symlink(path, failure); ++i) {
+    path = path.parent_path() / fs::read_symlink(path, failure);
+  }
+  const fs::path directory = fs::canonical(path.parent_path() / ".", failure);
+  return failure ? path : directory / path.filename();
 }
 
 }  // namespace
@@ -36,10 +52,12 @@ std::string DirectoryOf(std::string_view path) {
   return slash == std::string_view::npos ? std::string() : std::string(path.substr(0, slash + 1));
 }
 
-bool IsSameFile(const std::string& a, const std::string& b) {
+bool IsSamePlainFile(const std::string& a, const std::string& b) {
   struct stat infoA, infoB;
-  return stat(a.c_str(), &infoA) == 0 && stat(b.c_str(), &infoB) == 0 &&
-         infoA.st_dev == infoB.st_dev && infoA.st_ino == infoB.st_ino;
+  const bool isThere = stat(a.c_str(), &infoA) == 0;
+  if (isThere != (stat(b.c_str(), &infoB) == 0)) return false;
+  if (!isThere) return PlaceOf(a) == PlaceOf(b);
+  return S_ISREG(infoA.st_mode) && infoA.st_dev == infoB.st_dev && infoA.st_ino == infoB.st_ino;
 }
 
 bool IsRegularFile(const std::string& path) {

@@ -14,8 +14,9 @@ bool ChangeDirectory(const std::string& path);
 std::string DirectoryOf(std::string_view path);
 inline bool IsFullPath(std::string_view path) { return !path.empty() && path.front() == '/'; }
 
-// True when both names lead to the same existing file.
-bool IsSameFile(const std::string& a, const std::string& b);
+// True when both names lead to the same plain file, by links or another spelling; also when nothing
+// lies there yet.
+bool IsSamePlainFile(const std::string& a, const std::string& b);
 bool IsRegularFile(const std::string& path);
 
 // Makes the directory, or takes an existing one, so that only this user can look into it (mode

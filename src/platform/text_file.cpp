@@ -73,13 +73,8 @@ int TextReader::Close() {
   return file_.Close();
 }
 
-TextWriter::~TextWriter() {
-  if (IsOpen()) Close();
-}
-
 int TextWriter::Open(const std::string& path, FileMode mode) {
-  if (IsOpen()) Close();
-  buffer_.clear();
+  Abandon();
   status_ = file_.Open(path, mode);
   cutIsDue_ = status_ == kIoOk && mode == FileMode::Keep;
   return status_;

@@ -43,20 +43,16 @@ class TextReader {
   std::uint64_t offset_ = 0;
 };
 
-// Writes lines, buffered. Each call returns the status of the first failure since Open; a write is
-// known to have worked only when Close() returned kIoOk.
+// Writes lines, buffered: the report, output files, and every work file of lines. Each call returns
+// the status of the first failure since Open. Close() completes the file, which is whole only when
+// it returned kIoOk; a writer that goes without it gives up what it still holds.
 class TextWriter {
  public:
-  ~TextWriter();
-  TextWriter() = default;
-  TextWriter(TextWriter&&) = default;
-  TextWriter& operator=(TextWriter&&) = default;
-
   int Open(const std::string& path, FileMode mode);
   bool IsOpen() const { return file_.IsOpen(); }
   int WriteLine(std::string_view line);
   int Flush();
-  int Close();
+  [[nodiscard]] int Close();
   // Closes the file and forgets what was not written yet: a file opened with FileMode::Keep, to
   // which no more than a buffer has gone, is then as it was.
   void Abandon();

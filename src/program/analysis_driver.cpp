@@ -1,15 +1,14 @@
 #include "program/analysis_driver.h"
 
 #include "control/control_reader.h"
-#include "files/later_files.h"
-#include "files/measure_files.h"
-#include "files/step_files.h"
+#include "files/output_files.h"
 #include "measure/estimation.h"
 #include "measure/summary.h"
 #include "program/finish_run.h"
 #include "report/convergence_table.h"
 #include "report/phase_lines.h"
-#include "report/report_writer.h"
+#include "report/run_summary.h"
+#include "report/table_requests.h"
 #include "run/messages.h"
 
 namespace vardento {
@@ -55,37 +54,8 @@ void EstimateMeasures(Run& run) {
   ClearStopRequest(run);
 }
 
-struct OutputFile {
-  std::string ControlSettings::*name;
-  void (*write)(Run&);
-};
-
-// In the order in which they are written.
-constexpr OutputFile kOutputFiles[] = {
-    {&ControlSettings::PFILE, WritePersonMeasureFile},
-    {&ControlSettings::IFILE, WriteItemMeasureFile},
-    {&ControlSettings::SFILE, WriteStepFile},
-    {&ControlSettings::ISFILE, WriteItemStepFile},
-    {&ControlSettings::SCFILE, WriteScoreFile},
-    {&ControlSettings::GRFILE, WriteGraphFile},
-    {&ControlSettings::DISFILE, WriteDistractorFile},
-    {&ControlSettings::ICORFILE, WriteItemCorrelationFile},
-    {&ControlSettings::PCORFILE, WritePersonCorrelationFile},
-    {&ControlSettings::GUFILE, WriteGuttmanFile},
-    {&ControlSettings::SIFILE, WriteSimulatedFile},
-    {&ControlSettings::XFILE, WriteObservationFile},
-};
-
-void WriteOutputFiles(Run& run) {
-  for (const OutputFile& file : kOutputFiles) {
-    if ((run.settings.*file.name).empty()) continue;
-    file.write(run);
-    PumpMessages(run);
-  }
-}
-
 void WriteFilesAndTables(Run& run) {
-  WriteOutputFiles(run);
+  WriteOutputFiles(run, OutputStage::Results);
   SaveReportFront(run);
   ReportContext context{.run = run, .persons = {}, .items = {}};
   RunRequestedTables(context);

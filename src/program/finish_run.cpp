@@ -4,7 +4,7 @@
 
 #include "platform/directories.h"
 #include "platform/io_status.h"
-#include "report/report_writer.h"
+#include "report/page.h"
 #include "run/messages.h"
 #include "text/number_text.h"
 
@@ -42,6 +42,14 @@ void CopyReportToFront(Run& run) {
   if (run.RunIoStatus != kIoOk) FatalFileFailure(run, front, 'W');
 }
 
+// The report is not whole without this work file.
+void TellFailure(Run& run, const std::string& name, int status, char operation) {
+  if (status == kIoOk) return;
+  run.outputFailed = true;
+  run.RunIoStatus = status;
+  ReportFileFailure(run, name, operation);
+}
+
 // Adds the lines of a work file to the report, `margin` before each. Reading stops at the first
 // failure; the report is then not whole.
 void AppendWorkFile(Run& run, std::string_view stem, std::string_view margin) {
@@ -52,15 +60,15 @@ void AppendWorkFile(Run& run, std::string_view stem, std::string_view margin) {
   for (std::string line; status == kIoOk && (status = file.ReadLine(line)) == kIoOk;) {
     TellReportFailure(run, run.report.CopyLine(line.insert(0, margin)));
   }
-  if (status == kIoEndOfFile) return;
-  run.outputFailed = true;
-  run.RunIoStatus = status;
-  ReportFileFailure(run, name, 'R');
+  if (status != kIoEndOfFile) TellFailure(run, name, status, 'R');
 }
 
 void AppendControlCopy(Run& run) {
   if (!run.report.IsOpen()) return;
-  run.input.copy.Close();
+  if (run.input.copy.IsOpen()) {  // the run has ended while it was written
+    const std::string name = run.workDirectory.NameOf(kControlCopyStem);
+    TellFailure(run, name, run.input.copy.Close(), 'W');
+  }
   PutControlCopyHeading(run);
   // The lines leave the column free that tells a printer what to do, when there is one.
   AppendWorkFile(run, kControlCopyStem, run.settings.FORMFD == '^' ? "" : " ");

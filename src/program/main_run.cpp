@@ -8,14 +8,14 @@
 #include "data/data_reader.h"
 #include "data/select_items.h"
 #include "data/work_files.h"
-#include "files/later_files.h"
+#include "files/output_files.h"
 #include "lists/entry_lists.h"
 #include "measure/estimation.h"
 #include "platform/clock.h"
 #include "program/analysis_driver.h"
 #include "program/finish_run.h"
 #include "program/start_up.h"
-#include "report/report_writer.h"
+#include "report/page.h"
 #include "run/allocate_blocks.h"
 #include "run/messages.h"
 #include "text/number_text.h"
@@ -62,7 +62,7 @@ void TakeInData(Run& run) {
   AllocatePersonStatusTrial(run);
   ReadPersonDeletions(run);
   ReadData(run);
-  if (!run.settings.RFILE.empty()) WriteResponseFile(run);
+  WriteOutputFiles(run, OutputStage::Intake);
   if (run.StopRequest == 1) {
     run.RunIoStatus = -1;
     EndRun(run);
@@ -94,6 +94,7 @@ void PrepareRun(Run& run, const std::vector<std::string>& words) {
   StartDialogue(run);
   run.phases.Enter(Phase::Intake);
   ReadControlVariables(run);
+  EnterOutputFiles(run);
   ReadItemSettings(run);
   EnterReportMenu(run);
   WriteBanner(run);

@@ -77,7 +77,8 @@ void FindControlFile(Run& run) {
     if (CanOpen(run, name)) break;
     EndBatchRun(run);
   }
-  run.filesInUse = {name};
+  run.files.Clear();
+  EnterInput(run, name, "CONTROL FILE");
   EnterControlMenus(run, name);
   MoveToControlFile(run, name);
 }
@@ -95,15 +96,11 @@ void OpenTemporaryReport(Run& run) {
   startUp.reportIsTemporary = true;
   startUp.ReportFileName =
       startUp.StartDirectory + std::string(kReportStem) + run.workDirectory.Tail();
-  run.RunIoStatus = run.report.Open(startUp.ReportFileName, FileMode::CreateExclusive);
+  run.RunIoStatus = OpenReport(run, startUp.ReportFileName, FileMode::CreateExclusive);
   if (run.RunIoStatus == kIoOk) return;
   startUp.ReportFileName = run.workDirectory.NameOf(kReportStem);
   run.workDirectory.Keep(startUp.ReportFileName);
-  run.RunIoStatus = run.report.Open(startUp.ReportFileName, FileMode::CreateExclusive);
-}
-
-bool IsControlFile(const Run& run, const std::string& name) {
-  return name == run.startUp.ControlFileName || IsSameFile(name, run.startUp.ControlFileName);
+  run.RunIoStatus = OpenReport(run, startUp.ReportFileName, FileMode::CreateExclusive);
 }
 
 // Until a report can be written; its name is then a full path.
@@ -113,8 +110,8 @@ void FindReport(Run& run) {
   for (;; name.clear(), known = false) {
     if (!known) AskForReport(run, name);
     if (!name.empty() && !IsFullPath(name)) name = run.startUp.StartDirectory + name;
-    if (!name.empty() && IsControlFile(run, name)) {
-      ReportMessage(run, "PROBLEM: REPORT FILE HAS SAME NAME AS CONTROL FILE");
+    if (const RunFile* input = run.files.Find(name, FileUse::Read)) {
+      ReportMessage(run, "PROBLEM: REPORT FILE HAS SAME NAME AS " + input->caption);
       EndBatchRun(run);
       continue;
     }
@@ -122,7 +119,7 @@ void FindReport(Run& run) {
     if (name.empty()) {
       OpenTemporaryReport(run);
     } else {
-      run.RunIoStatus = run.report.Open(name, FileMode::Keep);
+      run.RunIoStatus = OpenReport(run, name, FileMode::Keep);
     }
     if (run.RunIoStatus == kIoOk) break;
     ReportFileFailure(run, name, 'O');

@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <string>
 
+#include "report/page.h"
 #include "report/report_columns.h"
-#include "report/report_writer.h"
 #include "run/messages.h"
 #include "text/number_text.h"
+#include "text/text_width.h"
 
 namespace vardento {
 namespace {
@@ -15,11 +16,7 @@ constexpr int kRuleLength = 76;  // between the corners at columns 2 and 79
 constexpr int kBarColumn = 79;
 constexpr int kLinesBelow = 2;  // a row and the closing rule
 
-void PutConsoleLine(Run& run, const ReportLine& line) {
-  std::string text(line.View());
-  MapGraphics(text);
-  WriteConsole(run, text);
-}
+void PutConsoleLine(Run& run, const ReportLine& line) { WriteConsole(run, line.Plain()); }
 
 void PutBoth(Run& run, const ReportLine& line) {
   PutReportLine(run, line);
@@ -30,18 +27,14 @@ ReportLine TopRule() { return BoxRule(Box::TopLeft, kRuleLength, Box::TopRight);
 
 // On the screen the top rule names the two files, by the ends of their names.
 void PutConsoleTopRule(Run& run) {
-  constexpr std::size_t kNameLength = 28;
-  std::string text(TopRule().View());
-  MapGraphics(text);
-  const auto lay = [&text](std::size_t column, std::string_view caption, std::string_view name) {
-    name = TrimRight(name);
-    if (name.size() > kNameLength) name.remove_prefix(name.size() - kNameLength);
-    const std::string piece = std::string(caption).append(" ").append(name);
-    text.replace(column - 1, piece.size(), piece);
+  constexpr int kNameLength = 28;
+  ReportLine line = TopRule();
+  const auto lay = [&line](int column, std::string_view caption, std::string_view name) {
+    line.At(column).Text(caption).Text(" ").Text(CutToLast(TrimRight(name), kNameLength));
   };
   lay(4, "Control:", run.startUp.ControlFileName);
   lay(42, "Output:", run.startUp.ReportFileName);
-  WriteConsole(run, text);
+  PutConsoleLine(run, line);
 }
 
 // The two lines of a head, closed by the bars of the box.

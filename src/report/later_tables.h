@@ -1,11 +1,11 @@
-// The Tables and services that are not built yet: named calls in their places, which do nothing.
+// Services of the report that are not built yet: named calls in their places, which do nothing.
 // Each moves to a file of its own when it is built.
 #pragma once
 
 #include <string_view>
 
 #include "measure/entry_values.h"
-#include "report/report_writer.h"
+#include "report/report_context.h"
 
 namespace vardento {
 
@@ -18,27 +18,5 @@ inline std::string_view MapLabel(const ControlSettings&, Facet, std::string_view
 // False when the request ends there.
 inline bool BeginAfterRunRequest(ReportContext&) { return true; }
 inline void EndAfterRunRequest(ReportContext&) {}
-
-inline void VariableMaps(ReportContext&) {}
-inline void MirroredMaps(ReportContext&) {}
-inline void GeneralKeyform(ReportContext&) {}
-inline void CategoryStructure(ReportContext&) {}
-inline void FitMeasurePlot(ReportContext&) {}
-inline void OutfitInfitPlot(ReportContext&) {}
-inline void FitChart(ReportContext&) {}
-inline void CategoryFrequencies(ReportContext&) {}
-inline void MisfittingStrings(ReportContext&) {}
-inline void UnexpectedGrid(ReportContext&) {}
-inline void PoorFitList(ReportContext&) {}
-inline void PersonKeyforms(ReportContext&) {}
-inline void ScoreTable(ReportContext&) {}
-inline void SampleNorms(ReportContext&) {}
-inline void ProbabilityCurves(ReportContext&) {}
-inline void Scalogram(ReportContext&) {}
-inline void ResidualCorrelations(ReportContext&) {}
-inline void PrincipalComponents(ReportContext&) {}
-inline void SubtotalTable(ReportContext&) {}
-inline void EmpiricalCurves(ReportContext&) {}
-inline void BiasTable(ReportContext&) {}
 
 }  // namespace vardento

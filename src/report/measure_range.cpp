@@ -2,20 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
-#include <initializer_list>
 
 #include "measure/entry_values.h"
 #include "run/user_scale.h"
+#include "text/text_width.h"
 
 namespace vardento {
 namespace {
 
 // Requests can name any number; whole units beyond this have no meaning on a scale.
 constexpr float kFarthest = 1e6F;
-
-bool IsOneOf(int table, std::initializer_list<int> tables) {
-  return std::find(tables.begin(), tables.end(), table) != tables.end();
-}
 
 struct Range {
   bool any = false;
@@ -27,18 +23,15 @@ struct Range {
   }
 };
 
-void TakeItems(const Run& run, const Array1<double>& boundaries, Range& range) {
+void TakeItems(const Run& run, const Array1<double>& boundaries, int lowest, Range& range) {
   const RunArrays& arrays = run.arrays;
-  const int table = run.request.CurrentTable;
-  const bool withCategories = IsOneOf(table, {1, 2, 3, 7, 12, 16, 17, 18, 19, 21});
-  const int lowest = IsOneOf(table, {1, 12, 16}) ? 1 : 0;
   const UserScale distance(run.settings);
   for (int i = 1; i <= arrays.ItemStatus.Size(); ++i) {
     if (!IsActive(arrays.ItemStatus[i])) continue;
     const int group = arrays.ItemGroup[i];
     const int top = arrays.GroupTop[group];
     const float measure = MeasureOf(run, Facet::Items, i);
-    if (top < 2 || !withCategories) {
+    if (top < 2 || lowest < 0) {
       range.Take(measure);
     } else {
       const int start = arrays.GroupStart[group];
@@ -55,7 +48,7 @@ void TakePersons(const Run& run, Range& range) {
   }
 }
 
-Range RangeOfData(const Run& run, const Array1<double>& boundaries) {
+Range RangeOfData(const Run& run, const TableNeeds& needs, const Array1<double>& boundaries) {
   const ControlSettings& settings = run.settings;
   Range range;
   if (settings.MRANGE != 0) {
@@ -63,9 +56,8 @@ Range RangeOfData(const Run& run, const Array1<double>& boundaries) {
     range.Take(settings.UMEAN + settings.MRANGE);
     return range;
   }
-  const int table = run.request.CurrentTable;
-  if (table != 24) TakeItems(run, boundaries, range);
-  if (table != 23) TakePersons(run, range);
+  if (needs.rangeOfItems) TakeItems(run, boundaries, needs.lowestBoundary, range);
+  if (needs.rangeOfPersons) TakePersons(run, range);
   if (!range.any) range.Take(settings.UMEAN);
   return range;
 }
@@ -82,8 +74,8 @@ float UnitOf(float span) { return span < 50 ? 1.0F : span < 500 ? 10.0F : 100.0F
 
 void MeasureRange(ReportContext& context, const Array1<double>& boundaries) {
   const Run& run = context.run;
-  Range range = RangeOfData(run, boundaries);
-  if (IsOneOf(run.request.CurrentTable, {3, 21})) {
+  Range range = RangeOfData(run, context.needs, boundaries);
+  if (context.needs.centred) {
     const float centre = run.settings.UMEAN;
     const float side = std::max(range.high - centre, centre - range.low);
     range.low = centre - side;
@@ -126,11 +118,9 @@ void ScalePlotAxis(const TableRequest& request, PlotAxis& axis, float unit, floa
 CaptionField CentreCaption(std::string_view text, int rows) {
   CaptionField field;
   field.fill(' ');
-  const std::size_t places =
-      static_cast<std::size_t>(std::clamp(rows + 1, 0, static_cast<int>(field.size())));
-  text = text.substr(0, places);
-  const std::size_t offset = (places - text.size()) / 2;
-  std::copy(text.begin(), text.end(), field.begin() + static_cast<std::ptrdiff_t>(offset));
+  const int places = std::clamp(rows + 1, 0, static_cast<int>(field.size()));
+  text = CutToWidth(text, places);
+  std::copy(text.begin(), text.end(), field.begin() + (places - TextWidth(text)) / 2);
   return field;
 }
 

@@ -4,14 +4,14 @@
 #include <array>
 #include <string_view>
 
-#include "report/report_writer.h"
+#include "report/report_context.h"
 
 namespace vardento {
 
 // Sets the context's rangeLow, rangeHigh (user units, whole multiples of rangeUnit), rangeUnit (1,
 // 10 or 100) and rangeSpan (whole units between them). `boundaries` holds, at the position of each
-// category of each group, the boundary below it in logits from the item's measure; the Tables that
-// show categories widen the range by it.
+// category of each group, the boundary below it in logits from the item's measure; Tables that
+// show categories widen the range by it (see TableNeeds).
 void MeasureRange(ReportContext& context, const Array1<double>& boundaries);
 
 // The horizontal measure axis of a character plot.

@@ -6,7 +6,8 @@
 #include <string_view>
 
 #include "measure/entry_values.h"
-#include "report/report_writer.h"
+#include "report/report_context.h"
+#include "report/report_line.h"
 
 namespace vardento {
 
@@ -34,7 +35,7 @@ class MeasureTable {
   // Layout and heads.
   LabelField DecideLabelField() const;
   void PutTail(ReportLine& line, const Tail& tail) const;
-  ReportLine Rule(char left, char joint, char right) const;
+  ReportLine Rule(Box left, Box joint, Box right) const;
   void PutTitle();
   void PutHead();
   ReportLine SecondHeadLine() const;
@@ -70,5 +71,14 @@ class MeasureTable {
   LabelField field_;
   bool omitted_ = false, omissionShown_ = false;
 };
+
+// The Tables of the row's subject in each order.
+void PrintInFitOrder(ReportContext& context);
+void PrintInMeasureOrder(ReportContext& context);
+void PrintInEntryOrder(ReportContext& context);
+void PrintInAlphabeticalOrder(ReportContext& context);
+// Items only.
+void PrintInDisplacementOrder(ReportContext& context);
+void PrintInCorrelationOrder(ReportContext& context);
 
 }  // namespace vardento

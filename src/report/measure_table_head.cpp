@@ -4,6 +4,7 @@
 #include <string>
 
 #include "report/measure_table.h"
+#include "report/page.h"
 #include "report/report_columns.h"
 #include "text/number_text.h"
 
@@ -11,7 +12,6 @@ namespace vardento {
 namespace {
 
 constexpr int kTailColumn = 67;  // the bar in front of the optional columns
-constexpr int kDisplacementTable = 25;
 constexpr int kWeighWidth = 5;
 constexpr int kDisplaceWidth = 8;
 
@@ -35,7 +35,7 @@ MeasureTable::MeasureTable(ReportContext& context, Facet facet, std::string_view
       weighColumn_(arrays_.weight.Size() > 0),
       displaceColumn_(
           (persons_ ? run_.results.fit.PersonDisplaced : run_.results.fit.ItemDisplaced) ||
-          run_.request.CurrentTable == kDisplacementTable),
+          orderWord == "DISPLACEMENT"),
       fractionalScores_(HasFraction(arrays_.otherWeight)),
       field_(DecideLabelField()) {}
 
@@ -93,7 +93,7 @@ void MeasureTable::PutTail(ReportLine& line, const Tail& tail) const {
   PutBar(line, before + field_.width + 1);
 }
 
-ReportLine MeasureTable::Rule(char left, char joint, char right) const {
+ReportLine MeasureTable::Rule(Box left, Box joint, Box right) const {
   ReportLine line;
   line.At(2).Repeat(left, 1).Repeat(Box::Horizontal, 36);
   const auto column = [&](int width) { line.Repeat(joint, 1).Repeat(Box::Horizontal, width); };

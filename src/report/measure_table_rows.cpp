@@ -4,7 +4,9 @@
 #include <string>
 
 #include "report/measure_table.h"
+#include "report/page.h"
 #include "report/report_columns.h"
+#include "report/run_summary.h"
 #include "text/number_text.h"
 
 namespace vardento {
@@ -160,8 +162,8 @@ void MeasureTable::SendToScreenSummary(const ReportLine& line) {
   int& sent = persons_ ? context_.personSummaryLines : context_.itemSummaryLines;
   const int wanted = std::min(kScreenRows, static_cast<int>(list_.entries.size()));
   if (!fitOrder_ || run_.complete || sent >= wanted) return;
-  if (sent == 0) PutSummaryLine(run_, SecondHeadLine().View(), kScreenWidth);
-  PutSummaryLine(run_, line.View(), kScreenWidth);
+  if (sent == 0) PutSummaryLine(run_, SecondHeadLine(), kScreenWidth);
+  PutSummaryLine(run_, line, kScreenWidth);
   ++sent;
 }
 

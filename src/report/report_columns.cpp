@@ -2,9 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/io_status.h"
-#include "run/messages.h"
 #include "text/number_text.h"
+#include "text/text_width.h"
 
 namespace vardento {
 
@@ -23,7 +22,7 @@ void PutSummaryFit(ReportLine& line, const FacetSummary& summary, float Statisti
 
 void PutBar(ReportLine& line, int column) { line.At(column).Repeat(Box::Vertical, 1); }
 
-ReportLine BoxRule(char left, int count, char right) {
+ReportLine BoxRule(Box left, int count, Box right) {
   ReportLine line;
   line.At(2).Repeat(left, 1).Repeat(Box::Horizontal, count).Repeat(right, 1);
   return line;
@@ -36,9 +35,8 @@ ReportLine SeparationRow(std::string_view kind, const SeparationValues& values,
   line.Text(kind).Text(" RMSE").Fixed(values.RMSE, 7, 2);
   line.At(22).Text("ADJ.SD").Fixed(values.AdjustedSD, 8, 2);
   line.At(38).Text("SEPARATION").Fixed(values.SeparationIndex, 6, 2);
-  const std::string_view label =
-      TrimRight(form.label).substr(0, static_cast<std::size_t>(form.labelWidth));
-  line.At(56).Text(label, form.padLabel ? form.labelWidth : static_cast<int>(label.size()));
+  const std::string_view label = CutToWidth(TrimRight(form.label), form.labelWidth);
+  line.At(56).Text(label, form.padLabel ? form.labelWidth : TextWidth(label));
   line.Skip(1).Text("RELIABILITY").Fixed(values.Reliability, 5, 2);
   PutBar(line, form.barColumn);
   return line;
@@ -46,19 +44,6 @@ ReportLine SeparationRow(std::string_view kind, const SeparationValues& values,
 
 std::string PlainNumber(double value, int width, int decimals) {
   return std::string(Trim(fixed_field(value, width, decimals)));
-}
-
-void PutSummaryLine(Run& run, std::string_view line, int width) {
-  int status = kIoOk;
-  const std::string name = run.workDirectory.NameOf("ZRR");
-  if (!run.summaryLines.IsOpen()) status = run.summaryLines.Open(name, FileMode::ReplacePrivate);
-  if (status == kIoOk) {
-    status = run.summaryLines.WriteLine(line.substr(0, static_cast<std::size_t>(width)));
-  }
-  if (status == kIoOk || run.outputFailed) return;
-  run.RunIoStatus = status;
-  ReportFileFailure(run, name, 'W');
-  run.RunIoStatus = 0;
 }
 
 char LetterOfPlace(int n, int count) {

@@ -5,7 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "report/report_writer.h"
+#include "report/report_line.h"
+#include "run/control_settings.h"
+#include "run/results.h"
 
 namespace vardento {
 
@@ -19,7 +21,7 @@ void PutSummaryFit(ReportLine& line, const FacetSummary& summary, float Statisti
 // Vertical rule at a column.
 void PutBar(ReportLine& line, int column);
 // A rule from column 2 on: a corner or tee, `count` horizontals, a corner or tee.
-ReportLine BoxRule(char left, int count, char right);
+ReportLine BoxRule(Box left, int count, Box right);
 
 // The separation row of a summary box: `kind` is " REAL" or "MODEL"; the label takes at most
 // `labelWidth` columns from 56 on and the bar stands at `barColumn`. `padLabel`: the label always
@@ -35,10 +37,6 @@ ReportLine SeparationRow(std::string_view kind, const SeparationValues& values,
 
 // A number as a field of `width` with `decimals` decimals shows it, less the blanks around it.
 std::string PlainNumber(double value, int width, int decimals);
-
-// Appends a line, cut to `width` columns, to the lines that the screen shows at the end of the run.
-// Opens their file when it isn't open yet; a failure is told once and the run goes on.
-void PutSummaryLine(Run& run, std::string_view line, int width);
 
 inline constexpr int kLetters = 26;  // entries at each end of a list that get a letter
 // The mark of place n of `count` in a list of fit order: "A" to "Z" for the first 26, "a" to "z"

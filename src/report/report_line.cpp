@@ -1,12 +1,49 @@
+#include "report/report_line.h"
+
 #include <algorithm>
 
-#include "report/report_writer.h"
 #include "text/number_text.h"
+#include "text/text_width.h"
 
 namespace vardento {
+namespace {
+
+// The character that stands for a drawn one where there is no page of them.
+char PlainCharacter(char c) {
+  switch (static_cast<Box>(c)) {
+    case Box::Horizontal:
+    case Box::TopTee:
+    case Box::BottomTee:
+      return '-';
+    case Box::Vertical:
+    case Box::LeftTee:
+    case Box::RightTee:
+      return '|';
+    case Box::Cross:
+    case Box::TopLeft:
+    case Box::TopRight:
+    case Box::BottomLeft:
+    case Box::BottomRight:
+      return '+';
+    case Box::DoubleVertical:
+    case Box::DoubleTopRight:
+    case Box::DoubleBottomRight:
+    case Box::DoubleBottomLeft:
+    case Box::DoubleTopLeft:
+    case Box::DoubleHorizontal:
+      return '*';
+    case Box::Bullet:
+    case Box::SmallBullet:
+      return '.';
+  }
+  return c;
+}
+
+}  // namespace
 
 void ReportLine::Clear() {
   text_.fill(' ');
+  drawn_.reset();
   next_ = 1;
 }
 
@@ -18,19 +55,13 @@ ReportLine& ReportLine::At(int column) {
 ReportLine& ReportLine::Skip(int columns) { return At(next_ + columns); }
 
 ReportLine& ReportLine::Text(std::string_view text) {
-  const std::size_t first = static_cast<std::size_t>(next_ - 1);
-  if (first < text_.size()) {
-    text = text.substr(0, text_.size() - first);
-    std::copy(text.begin(), text.end(), text_.begin() + static_cast<std::ptrdiff_t>(first));
-  }
-  next_ += static_cast<int>(text.size());
+  for (const char c : text) Put(c, false);
   return *this;
 }
 
 ReportLine& ReportLine::Text(std::string_view text, int width) {
-  const std::size_t size = static_cast<std::size_t>(std::max(width, 0));
-  const std::size_t shown = std::min(text.size(), size);
-  return Text(text.substr(0, shown)).Repeat(' ', static_cast<int>(size - shown));
+  text = CutToWidth(text, width);
+  return Text(text).Repeat(' ', width - TextWidth(text));
 }
 
 ReportLine& ReportLine::Fixed(double value, int width, int decimals) {
@@ -42,15 +73,33 @@ ReportLine& ReportLine::Integer(long long value, int width) {
 }
 
 ReportLine& ReportLine::Repeat(char c, int count) {
-  for (int i = 0; i < count; ++i, ++next_) {
-    if (next_ <= ReportOutput::kMaxLine) text_[static_cast<std::size_t>(next_ - 1)] = c;
-  }
+  for (int i = 0; i < count; ++i) Put(c, false);
   return *this;
+}
+
+ReportLine& ReportLine::Repeat(Box piece, int count) {
+  for (int i = 0; i < count; ++i) Put(static_cast<char>(piece), true);
+  return *this;
+}
+
+void ReportLine::Put(char c, bool drawn) {
+  const auto place = static_cast<std::size_t>(next_++ - 1);
+  if (place >= text_.size()) return;
+  text_[place] = c;
+  drawn_[place] = drawn;
 }
 
 std::string_view ReportLine::View() const {
   const std::string_view line = TrimRight(std::string_view(text_.data(), text_.size()));
   return std::string_view(text_.data(), std::max<std::size_t>(line.size(), 1));
+}
+
+std::string ReportLine::Plain() const {
+  std::string line(View());
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (drawn_[i]) line[i] = PlainCharacter(line[i]);
+  }
+  return line;
 }
 
 }  // namespace vardento

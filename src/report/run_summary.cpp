@@ -1,26 +1,35 @@
-// The summary box of a run: on the report, on the lines that the screen shows at the end, and as
-// the digest that the measure Tables repeat.
+#include "report/run_summary.h"
+
 #include <string>
 
 #include "measure/entry_values.h"
 #include "platform/io_status.h"
 #include "platform/text_file.h"
+#include "report/page.h"
 #include "report/report_columns.h"
-#include "report/report_writer.h"
 #include "run/messages.h"
 #include "text/number_text.h"
+#include "text/text_width.h"
 
 namespace vardento {
 namespace {
 
+constexpr std::string_view kLinesStem = "ZRR";
 constexpr int kRuleLength = 76;
 constexpr int kBarColumn = 79;
 constexpr int kSummaryWidth = 80;
 constexpr int kScreenWidth = 79;
-constexpr std::size_t kDigestLength = 100;
+constexpr int kDigestLength = 100;
+
+void TellSummaryFailure(Run& run, int status) {
+  if (status == kIoOk || run.outputFailed) return;
+  run.RunIoStatus = status;
+  ReportFileFailure(run, run.workDirectory.NameOf(kLinesStem), 'W');
+  run.RunIoStatus = 0;
+}
 
 void PutBoth(Run& run, const ReportLine& line) {
-  PutSummaryLine(run, line.View(), kSummaryWidth);
+  PutSummaryLine(run, line, kSummaryWidth);
   PutReportLine(run, line);
 }
 
@@ -84,17 +93,26 @@ void WriteRunSummary(Run& run) {
   digest.append(" ... ");
   PutHalf(run, Facet::Items, run.settings.NI);
   PutBoth(run, BoxRule(Box::BottomLeft, kRuleLength, Box::BottomRight));
-  if (digest.size() > kDigestLength) digest.resize(kDigestLength);
+  digest = std::string(CutToWidth(digest, kDigestLength));
+}
+
+void PutSummaryLine(Run& run, const ReportLine& line, int width) {
+  int status = kIoOk;
+  const std::string name = run.workDirectory.NameOf(kLinesStem);
+  if (!run.summaryLines.IsOpen()) status = run.summaryLines.Open(name, FileMode::ReplacePrivate);
+  if (status == kIoOk) {
+    status = run.summaryLines.WriteLine(CutToWidth(line.Plain(), width));
+  }
+  TellSummaryFailure(run, status);
 }
 
 void ShowRunSummary(Run& run) {
   if (run.summaryLines.IsOpen()) {
-    run.summaryLines.Close();
+    TellSummaryFailure(run, run.summaryLines.Close());
     TextReader reader;
     std::string line;
-    if (reader.Open(run.workDirectory.NameOf("ZRR")) == kIoOk) {
+    if (reader.Open(run.workDirectory.NameOf(kLinesStem)) == kIoOk) {
       while (reader.ReadLine(line, kScreenWidth) == kIoOk) {
-        MapGraphics(line);  // whatever ASCII= says of the report: a screen has no page of bytes
         WriteConsole(run, line);
       }
     }

@@ -11,6 +11,7 @@
 #include "report/report_columns.h"
 #include "run/messages.h"
 #include "text/number_text.h"
+#include "text/text_width.h"
 
 namespace vardento {
 namespace {
@@ -63,8 +64,7 @@ void SortByKey(std::vector<int>& entries, Key key, bool ascendingEntries) {
 std::string SortText(Run& run, Facet facet, int entry, int start, int width) {
   const std::string label = LabelOfEntry(run, facet, entry);
   if (start == 0) return PadRight(MapLabel(run.settings, facet, label), width);
-  const std::size_t skipped = static_cast<std::size_t>(start - 1);
-  return PadRight(std::string_view(label).substr(std::min(label.size(), skipped)), width);
+  return PadRight(FromColumn(label, start), width);
 }
 
 int DecideStartColumn(Run& run, Facet facet) {

@@ -3,12 +3,19 @@
 // every machine.
 #pragma once
 
-#include <string_view>
+#include <vector>
 
 #include "measure/entry_values.h"
-#include "report/report_writer.h"
+#include "run/run.h"
 
 namespace vardento {
+
+// Entry numbers in an order, with the tag of that order; negated numbers are entries that a Table
+// left out.
+struct SelectedList {
+  std::vector<int> entries;
+  char order = ' ';
+};
 
 // Every entry, 1 to `count`; tag "E".
 void ListInEntryOrder(SelectedList& list, int count);

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "measure/entry_values.h"
+#include "report/page.h"
 #include "report/report_columns.h"
 #include "text/number_text.h"
 

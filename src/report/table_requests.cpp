@@ -1,14 +1,15 @@
-// Requests for Tables during the run: TABLES=, the lines of TFILE=, and the text of one request.
+#include "report/table_requests.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <optional>
 #include <string>
 
-#include "platform/directories.h"
 #include "platform/io_status.h"
 #include "platform/text_file.h"
-#include "report/report_writer.h"
+#include "report/dispatch.h"
+#include "report/table_list.h"
 #include "run/messages.h"
 #include "text/number_text.h"
 
@@ -33,6 +34,11 @@ void GiveSlot(TableRequest& request, std::size_t slot, float value) {
   request.TableArgumentSet[slot - 1] = 'U';
 }
 
+bool HasSubtableZero(int table) {
+  const std::span<const TableRow> rows = RowsOf(table);
+  return !rows.empty() && rows.front().subtable == 0;
+}
+
 // "6", "6.1", "1.0": the Table and, behind the point, its subtable.
 void ParseTableNumber(TableRequest& request, std::string_view token) {
   const std::size_t point = token.find('.');
@@ -43,7 +49,7 @@ void ParseTableNumber(TableRequest& request, std::string_view token) {
   request.CurrentTable = table;
   if (point == std::string_view::npos) return;
   const std::optional<float> subtable = NumberOf(token.substr(point + 1));
-  if (subtable && (*subtable > 0 || (*subtable == 0 && table == 1))) {
+  if (subtable && (*subtable > 0 || (*subtable == 0 && HasSubtableZero(table)))) {
     GiveSlot(request, 1, *subtable);
   }
 }
@@ -78,7 +84,8 @@ void RunTableList(ReportContext& context) {
   const std::string name = run.settings.TFILE;
   TextReader reader;
   // Every Table would lengthen a list that is the report itself: it would never end.
-  int status = IsSameFile(name, run.report.Name()) ? kIoEndOfFile : reader.Open(name);
+  const bool isReport = run.files.Find(name, FileUse::Report) != nullptr;
+  int status = isReport ? kIoEndOfFile : reader.Open(name);
   if (status != kIoOk) {
     run.outputFailed = true;
     ReportMessage(run, "PROBLEM OPENING TABLE FILE: " + name);

@@ -79,14 +79,14 @@ bool TellReportFailure(Run& run, int status) {
   return true;
 }
 
-void WriteReportText(Run& run, std::string_view line) {
+void WriteReportText(Run& run, std::string_view line) { WriteReportText(run, line, line); }
+
+void WriteReportText(Run& run, std::string_view line, std::string_view onConsole) {
   // A Table of many lines must not keep the user waiting; the end of the report is always written.
   if (!run.finished) PumpMessages(run);
   if (!TellReportFailure(run, run.report.PutLine(line, run.settings))) return;
   WriteConsole(run, " FAILED TO WRITE:");
-  std::string shown(line);
-  MapGraphics(shown);
-  WriteConsole(run, shown);
+  WriteConsole(run, onConsole);
   run.report.PutLine(line, run.settings);
   --run.report.LinesOnPage;  // the line counts once
   ReportFileFailure(run, run.report.Name(), 'W');

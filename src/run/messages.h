@@ -17,6 +17,8 @@ void ReportMessage(Run& run, std::string_view text);
 // One plain line of the report, by the rules of ReportOutput::PutLine, with the report's own
 // failure words when it can't be written. Pumps messages until the run is finished.
 void WriteReportText(Run& run, std::string_view line);
+// The same for a line that looks different on the console, which shows what can't be written.
+void WriteReportText(Run& run, std::string_view line, std::string_view onConsole);
 
 // Marks the run as one whose report is not whole and tells it, once. True when it was told just
 // now; a status of 0 is no failure.
@@ -31,13 +33,11 @@ void ReportFileFailure(Run& run, std::string_view name, char operation);
 // A fatal condition in its own words: the message, RunIoStatus = -1, EndRun.
 [[noreturn]] void FailRun(Run& run, std::string_view text);
 
-// Ends the run, and leaves the file as it was, when the report was given the name of a file that
-// the run reads. `what` is "DATA FILE" or the like.
-void KeepFromReport(Run& run, const std::string& name, std::string_view what);
 // Makes sure that a text file the user named can be read and ends with a line end, adding one when
 // it has none. `name` may come back changed by the user. RunIoStatus is 0 when the file is fit, and
-// it is then one of the files in use; in batch mode a file that isn't ends the run.
-void PrepareFile(Run& run, std::string& name);
+// it is then one of the run's files under its caption; in batch mode a file that isn't ends the
+// run.
+void PrepareFile(Run& run, std::string& name, std::string_view caption = "INPUT FILE");
 
 // Shows the prompt and takes one line of the user. An interrupt, or no more input, ends the run and
 // the process with it.

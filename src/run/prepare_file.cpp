@@ -1,7 +1,6 @@
 // Makes sure that a text file the user named ends with a line end.
 #include <algorithm>
 
-#include "platform/directories.h"
 #include "platform/file.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
@@ -63,21 +62,15 @@ void EndBatch(Run& run) {
 
 }  // namespace
 
-void KeepFromReport(Run& run, const std::string& name, std::string_view what) {
-  if (!run.report.IsOpen() || !IsSameFile(name, run.report.Name())) return;
-  run.report.Abandon();
-  FailRun(run, "PROBLEM: REPORT FILE HAS SAME NAME AS " + std::string(what));
-}
-
-void PrepareFile(Run& run, std::string& name) {
-  KeepFromReport(run, name, "INPUT FILE");
+void PrepareFile(Run& run, std::string& name, std::string_view caption) {
+  KeepFromReport(run, name, caption);
   std::string tried;
   for (;;) {
     File file;
     run.RunIoStatus = OpenForCheck(file, name);
     if (run.RunIoStatus == kIoOk) run.RunIoStatus = FindFinalLineEnd(file);
     if (run.RunIoStatus == kIoOk) {
-      run.filesInUse.push_back(name);
+      EnterInput(run, name, caption);
       return;
     }
     if (run.RunIoStatus != kIoNoFinalLineEnd) {

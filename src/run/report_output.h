@@ -1,5 +1,5 @@
-// The Report Output File while the run writes it: one record for each line, with the control
-// column and the box characters turned into what the reader of the file sees.
+// The Report Output File while the run writes it: one record for each line, with the control column
+// turned into what the reader of the file sees.
 #pragma once
 
 #include <string>
@@ -11,24 +11,6 @@ namespace vardento {
 
 struct ControlSettings;
 
-// The box characters of reports, as bytes of the page they come from.
-namespace Box {
-inline constexpr char Horizontal = static_cast<char>(196);
-inline constexpr char Vertical = static_cast<char>(179);
-inline constexpr char LeftTee = static_cast<char>(195);
-inline constexpr char RightTee = static_cast<char>(180);
-inline constexpr char Cross = static_cast<char>(197);
-inline constexpr char TopLeft = static_cast<char>(218);
-inline constexpr char TopRight = static_cast<char>(191);
-inline constexpr char BottomLeft = static_cast<char>(192);
-inline constexpr char BottomRight = static_cast<char>(217);
-inline constexpr char TopTee = static_cast<char>(194);
-inline constexpr char BottomTee = static_cast<char>(193);
-}  // namespace Box
-
-// Replaces every box character by the plain one that stands for it.
-void MapGraphics(std::string& text);
-
 class ReportOutput {
  public:
   // What a line may hold, its control column included.
@@ -37,12 +19,13 @@ class ReportOutput {
   int Open(const std::string& path, FileMode mode);
   bool IsOpen() const { return writer_.IsOpen(); }
   int Close() { return writer_.Close(); }
-  // Leaves the file as it was before Open, as long as little was written (see TextWriter::Abandon).
-  void Abandon() { writer_.Abandon(); }
+  // Leaves the place as it was before Open, as long as little was written (see
+  // TextWriter::Abandon).
+  void Abandon();
   const std::string& Name() const { return name_; }
 
-  // Writes one line whose column 1 is the control column ("^" begins a page), after MapGraphics
-  // unless ASCII=N, and counts it. Returns the writer's status.
+  // Writes one line whose column 1 is the control column ("^" begins a page) and counts it. Returns
+  // the writer's status.
   int PutLine(std::string_view line, const ControlSettings& settings);
 
   // Writes one line of another file as it stands.
@@ -55,6 +38,7 @@ class ReportOutput {
  private:
   TextWriter writer_;
   std::string name_;
+  bool isNew_ = false;  // there was nothing of this name
 };
 
 }  // namespace vardento

@@ -16,6 +16,7 @@
 #include "run/report_output.h"
 #include "run/results.h"
 #include "run/run_arrays.h"
+#include "run/run_files.h"
 #include "run/table_request.h"
 #include "run/work_directory.h"
 #include "run/work_stores.h"
@@ -80,8 +81,7 @@ class Run {
   VariablesInForce inForce;
   ControlInput input;
   ReportOutput report;
-  // The user's files that this run has read from: no output file may take their place.
-  std::vector<std::string> filesInUse;
+  RunFiles files;
   TextWriter summaryLines;  // ZRR: the lines shown on the screen at the end of the run
   TableRequest request;
 

@@ -76,7 +76,10 @@ std::string number_text(float value, int width, std::string_view format) {
 std::string integer_text(int value, int width) { return signed_digits(value, width); }
 
 std::string FixedText(float value, std::string_view format, int width) {
-  return number_text(value, width, format);
+  constexpr int kWidest = 24;  // takes every number that is shown as one
+  const std::string text = number_text(value, std::max(width, kWidest), format);
+  const std::string_view number = Trim(text);
+  return number.size() > SizeOf(width) ? std::string(SizeOf(width), '*') : PadLeft(number, width);
 }
 
 std::string IntegerText(int value) { return std::to_string(value); }

@@ -16,7 +16,8 @@ std::string number_text(float value, int width, std::string_view format);
 // written, or in column 1 when none is left.
 std::string integer_text(int value, int width);
 
-// The same rule as number_text under the name that reports and messages use.
+// The rule for reports and messages: as number_text, but a field of asterisks when the value does
+// not fit.
 std::string FixedText(float value, std::string_view format, int width);
 // As integer_text, trimmed: the form of counts in messages.
 std::string IntegerText(int value);

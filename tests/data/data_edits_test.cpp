@@ -144,7 +144,7 @@ TEST(ConvertForms, TellsOfFilesAsTheReaderOfTheDataDoes) {
               Contains(" ERROR IN DATA AT PERSON: 2.  CHECK DATA AND RUN AGAIN."));
 
   FormsRun report("D=@1\nI1=1\n", "1\n");
-  report.run.report.Open(report.directory.NameOf("1.txt"), FileMode::Keep);
+  OpenReport(report.run, report.directory.NameOf("1.txt"), FileMode::Keep);
   EXPECT_THROW(ConvertForms(report.run), RunEnded);
   EXPECT_EQ(report.directory.Read("1.txt"), "1\n");
 
@@ -157,7 +157,9 @@ TEST(ConvertForms, TellsOfFilesAsTheReaderOfTheDataDoes) {
   EXPECT_THAT(good.console.menuEntries,
               ElementsAre("Edit MFORMS=" + good.settings.MFORMS, "Edit Data File=" + first,
                           "Edit Data File=" + second));
-  EXPECT_THAT(good.run.filesInUse, AllOf(Contains(first), Contains(good.settings.MFORMS)));
+  for (const std::string& name : {first, good.settings.MFORMS}) {
+    EXPECT_TRUE(good.run.files.IsKept(name)) << name;
+  }
 }
 
 TEST(ConvertForms, NeedsMemory) {

@@ -289,7 +289,7 @@ TEST(Connectivity, TellsOfBookletsWithoutCommonItems) {
     const std::string above =
         "WARNING: DATA AMBIGUOUSLY CONNECTED. THERE ARE 2 SUBSETS LISTED ABOVE.\n";
     if (link.empty()) {
-      EXPECT_THAT(report, HasSubstr("2 CATS   VARDENTO  .10\n" + above + "----"));
+      EXPECT_THAT(report, HasSubstr("2 CATS     VARDENTO  .10\n" + above + "----"));
       EXPECT_THAT(report, HasSubstr("\nWARNING: DATA AMBIGUOUSLY CONNECTED. THERE ARE 2 SUBSETS.\n"
                                     "These are members of different subsets:\n"
                                     "SUBSET 1:  PERSON:  1  Ann\nSUBSET 1:  ITEM:  1  Ant\n"

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "report/small_run.h"
+#include "report/table_list.h"
 
 namespace vardento::test {
 namespace {
@@ -15,14 +16,14 @@ struct RangeCase {
   float low, high, unit;
 };
 
-// With UMEAN= of 1, item 1 at 1.2 has three categories with boundaries -1.5, -1, 2.5 from there;
+// With UMEAN= of 1, item 1 at 1.2 has three categories with boundaries -3.5, -1, 2.5 from there;
 // item 2 is a dichotomy at -0.4; item 3 at 30 is extreme. Persons at 0.5 and 2.6, an extreme one.
 TEST(MeasureRange, CoversWhatTheTableShows) {
   const RangeCase cases[] = {
       {"measures alone", 4, {}, 0, -1, 3, 1},
-      {"categories from position 0", 2, {}, 0, -1, 4, 1},
+      {"categories from position 0", 2, {}, 0, -3, 4, 1},
       {"categories from position 1", 1, {}, 0, -1, 4, 1},
-      {"symmetric around UMEAN=", 21, {}, 0, -2, 4, 1},
+      {"symmetric around UMEAN=", 21, {}, 0, -3, 5, 1},
       {"no persons", 23, {}, 0, -1, 2, 1},
       {"no items", 24, {}, 0, 0, 3, 1},
       {"MRANGE=", 4, {}, 2.5F, -2, 4, 1},
@@ -45,7 +46,7 @@ TEST(MeasureRange, CoversWhatTheTableShows) {
   for (int n = 1; n <= 3; ++n) a.PersonMeasure[n] = measures[n - 1];
   a.PersonStatus[3] = Status::ExtremeHigh;
   Array1<double> boundaries = small.Doubles(5);
-  boundaries[1] = -1.5;
+  boundaries[1] = -3.5;
   boundaries[2] = -1;
   boundaries[3] = 2.5F;
   small.run.DraftSettings().UMEAN = 1;
@@ -57,6 +58,7 @@ TEST(MeasureRange, CoversWhatTheTableShows) {
       small.run.request.TableArgumentSet[static_cast<std::size_t>(slot - 1)] = 'U';
       small.run.request.TableArgument[static_cast<std::size_t>(slot - 1)] = value;
     }
+    small.context.needs = RowsOf(c.table).front().needs;
     MeasureRange(small.context, boundaries);
     EXPECT_EQ(small.context.rangeLow, c.low) << c.name;
     EXPECT_EQ(small.context.rangeHigh, c.high) << c.name;

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "report/run_summary.h"
 #include "report/small_run.h"
 
 namespace vardento::test {

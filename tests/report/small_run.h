@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "data/work_files.h"
-#include "report/report_writer.h"
+#include "report/report_context.h"
 #include "support/test_run.h"
 
 namespace vardento::test {

@@ -1,6 +1,9 @@
+#include "report/table_requests.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "report/dispatch.h"
 #include "report/small_run.h"
 
 namespace vardento::test {

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "platform/io_status.h"
-#include "run/run.h"
+#include "run/messages.h"
 #include "support/recording_console.h"
 #include "support/temp_directory.h"
 
@@ -34,7 +34,7 @@ class TestRun {
   }
 
   // Opens the report, for tests of what is written to it; read it back with Report().
-  void OpenReport() { run.report.Open(run.startUp.ReportFileName, FileMode::Replace); }
+  void OpenReport() { vardento::OpenReport(run, run.startUp.ReportFileName, FileMode::Replace); }
   std::string Report() {
     run.report.Close();
     return directory.Read("report.txt");

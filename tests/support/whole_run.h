@@ -1,4 +1,4 @@
-// A whole batch run inside the test's process: from the words of the command line to the closed
+// A whole run inside the test's process: from the words of the command line to the closed
 // report, with the run's arrays at hand afterwards.
 #pragma once
 
@@ -35,15 +35,15 @@ class WholeRun {
  public:
   WholeRun() : run(console) { run.RunStamp = kRunStamp; }
 
-  // Runs control.txt of the directory into report.txt with the words behind them.
-  int Execute(const std::vector<std::string>& words = {}) {
-    std::vector<std::string> line{directory.NameOf("control.txt"), directory.NameOf("report.txt"),
-                                  "BATCH=Y"};
+  // Runs control.txt of the directory into `report` with the words behind them.
+  int Execute(const std::vector<std::string>& words = {}, const std::string& mode = "BATCH=Y") {
+    std::vector<std::string> line{directory.NameOf("control.txt"), directory.NameOf(report), mode};
     line.insert(line.end(), words.begin(), words.end());
     return MainRun(run, line);
   }
 
   TempDirectory directory;
+  std::string report = "report.txt";
   OwnPlace place{directory};
   RecordingConsole console;
   Run run;

@@ -10,12 +10,14 @@
 namespace vardento::test {
 namespace {
 
-TEST(NumberText, OutputFileFieldsFollowTheirRule) {
+// Reports show asterisks where an output file loses high digits.
+TEST(NumberText, FieldsOfFilesAndReportsFollowTheirRules) {
   struct Case {
     float value;
     int width;
     const char* format;
     const char* expected;
+    const char* inReport = expected;
   };
   const Case cases[] = {
       {0.5F, 6, "(F6.2)", "   .50"},
@@ -24,10 +26,10 @@ TEST(NumberText, OutputFileFieldsFollowTheirRule) {
       {-0.004F, 6, "(F6.2)", "   .00"},  // rounds to zero: no sign
       {-0.0F, 6, "(F6.1)", "    .0"},
       {0.05F, 6, "(F6.2)", "   .05"},
-      {1234.56F, 6, "(F6.2)", "234.56"},  // high digits are lost
+      {1234.56F, 6, "(F6.2)", "234.56", "******"},  // high digits are lost
       {-234.56F, 7, "(F7.2)", "-234.56"},
-      {-1234.56F, 6, "(F6.2)", "-34.56"},  // no room for the sign but in column 1
-      {0.125F, 6, "(F6.2)", "   .13"},     // halves go away from zero
+      {-1234.56F, 6, "(F6.2)", "-34.56", "******"},  // no room for the sign but in column 1
+      {0.125F, 6, "(F6.2)", "   .13"},               // halves go away from zero
       {-0.125F, 6, "(F6.2)", "  -.13"},
       {2.5F, 4, "(F4.0)", "   3"},
       {-2.5F, 4, "(F4.0)", "  -3"},
@@ -38,13 +40,17 @@ TEST(NumberText, OutputFileFieldsFollowTheirRule) {
       {-3e9F, 3, "(F3.0)", "***"},
       {std::numeric_limits<float>::infinity(), 5, "(F5.1)", "*****"},
       {std::nanf(""), 5, "(F5.1)", "*****"},
-      {7.0F, 1, "(F1.2)", "7"},  // no room for a point
+      {7.0F, 1, "(F1.2)", "7", "*"},  // no room for a point
+      {12345.5F, 8, "(F8.3)", "2345.500", "********"},
+      {1234.5F, 8, "(F8.3)", "1234.500"},
+      {-1234.5F, 8, "(F8.3)", "-234.500", "********"},
+      {-9999.6F, 5, "(F5.0)", "-0000", "*****"},  // grows a digit by rounding
       {7.0F, 0, "(F0.2)", ""},
       {7.6F, 3, "F3", "  8"},  // a format without decimals
   };
   for (const Case& c : cases) {
     EXPECT_EQ(number_text(c.value, c.width, c.format), c.expected) << c.value << " " << c.format;
-    EXPECT_EQ(FixedText(c.value, c.format, c.width), c.expected);
+    EXPECT_EQ(FixedText(c.value, c.format, c.width), c.inReport) << c.value;
   }
 }
 

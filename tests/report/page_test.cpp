@@ -1,3 +1,5 @@
+#include "report/page.h"
+
 #include <gtest/gtest.h>
 
 #include "report/small_run.h"
@@ -14,6 +16,28 @@ TEST(ReportLine, PlacesByColumnAndStaysInTheBuffer) {
   line.At(500).Text("abc").Text("d").Repeat('e', 3).Integer(5, 2);
   EXPECT_EQ(line.View().size(), 501U);
   EXPECT_EQ(line.View().substr(498), " ab");
+}
+
+// What is drawn has a plain form, by the graphics table; a text of the same bytes keeps them, also
+// where it is laid over a drawing.
+TEST(ReportLine, KnowsWhatIsDrawn) {
+  ReportLine line;
+  const std::pair<const char*, const char*> signs[] = {
+      {"\xC4\xC2\xC1", "---"},
+      {"\xB3\xC3\xB4", "|||"},
+      {"\xC5\xDA\xBF\xC0\xD9", "+++++"},
+      {"\xC9\xCD\xBB\xC8\xBA\xBC", "******"},
+      {"\xF9\xFA", ".."},
+  };
+  std::string drawn, plain;
+  for (const auto& [bytes, shown] : signs) {
+    drawn += bytes;
+    plain += shown;
+    for (const char* c = bytes; *c != 0; ++c) line.Repeat(static_cast<Box>(*c), 1);
+  }
+  line.Text(drawn).At(2).Text("\xC2").Repeat('\xC1', 1);
+  EXPECT_EQ(line.View(), drawn + drawn);
+  EXPECT_EQ(line.Plain(), "-\xC2\xC1" + plain.substr(3) + drawn);
 }
 
 // The name of the report ends in column 62 whatever its length, and covers a long title.

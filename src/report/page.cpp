@@ -1,10 +1,11 @@
-// Pages of the report: headings, the mark of a continued sheet, the opening banner.
+#include "report/page.h"
+
 #include <charconv>
 #include <string>
 
-#include "report/report_writer.h"
 #include "run/messages.h"
 #include "text/number_text.h"
+#include "text/text_width.h"
 
 namespace vardento {
 namespace {
@@ -30,8 +31,8 @@ std::string HeadingVersion() {
 void LayReportName(const Run& run, ReportLine& line) {
   const std::string& given = run.startUp.ReportFileName;
   std::string_view name = TrimRight(given.empty() ? run.report.Name() : given);
-  if (name.size() > kNameLength) name.remove_prefix(name.size() - kNameLength);
-  line.At(kNameEnd - static_cast<int>(name.size())).Text(" ").Text(name);
+  name = CutToLast(name, kNameLength);
+  line.At(kNameEnd - TextWidth(name)).Text(" ").Text(name);
 }
 
 void PutTitleLine(Run& run, bool newPage) {
@@ -39,7 +40,7 @@ void PutTitleLine(Run& run, bool newPage) {
   ReportLine line;
   line.Text(newPage ? "^TABLE " : " TABLE ");
   line.Text(DigitsOf(request.CurrentTable)).Text(".").Text(DigitsOf(request.SubtableCounter));
-  line.Skip(1).Text(std::string_view(run.settings.TITLE).substr(0, kTitleLength));
+  line.Skip(1).Text(CutToWidth(run.settings.TITLE, kTitleLength));
   LayReportName(run, line);
   line.Text(" ").Text(run.RunStamp, 17);
   PutReportLine(run, line);
@@ -62,8 +63,8 @@ void PutCountsLine(Run& run) {
   count(line, run.personsRead, settings.PERSONS_LABEL);
   count(line.Text(", "), settings.NI, settings.ITEMS_LABEL);
   if (run.results.ActivePersons > 0) {
-    count(line.Text("  ANALYZED: "), run.results.ActivePersons, settings.PERSONS_LABEL);
-    count(line.Text(", "), run.results.ActiveItems, settings.ITEMS_LABEL);
+    count(line.Text("  ANALYZED: "), run.results.ActivePersons, settings.PERSON_LABEL);
+    count(line.Text(", "), run.results.ActiveItems, settings.ITEM_LABEL);
     count(line.Text(", "), run.results.ActiveCategories, "CATS");
   }
   if (IsBlank(line, 67, 74)) line.At(68).Text(kProgramName);
@@ -85,7 +86,10 @@ void PutFrontHeading(Run& run, int subtable, int blankLines) {
 
 }  // namespace
 
-void PutReportLine(Run& run, const ReportLine& line) { WriteReportText(run, line.View()); }
+void PutReportLine(Run& run, const ReportLine& line) {
+  const std::string plain = line.Plain();
+  WriteReportText(run, run.settings.ASCII == 'N' ? line.View() : plain, plain);
+}
 
 void PutBlankLine(Run& run) { WriteReportText(run, " "); }
 
