@@ -10,7 +10,8 @@ need() {
   "$@" >/dev/null 2>&1 || missing="$missing $package"
 }
 
-# find_tools [tests]: makes sure that the tools are there, and GoogleTest when asked for it.
+# find_tools [tests|comparison]: makes sure that the tools are there, for tests GoogleTest too, for
+# comparisons git and Python.
 find_tools() {
   missing=
   need cmake command -v cmake
@@ -19,6 +20,10 @@ find_tools() {
   if [ "${1-}" = tests ]; then
     need libgtest-dev test -e /usr/include/gtest/gtest.h
     need libgmock-dev test -e /usr/include/gmock/gmock.h
+  fi
+  if [ "${1-}" = comparison ]; then
+    need git command -v git
+    need python3 command -v python3
   fi
   [ -z "$missing" ] && return 0
   if [ "$(id -u)" -ne 0 ] || ! command -v apt-get >/dev/null 2>&1; then
