@@ -1,6 +1,9 @@
 // What the Table writers share: the run, its summary, and what survives from Table to Table.
 #pragma once
 
+#include <set>
+#include <string>
+
 #include "measure/entry_values.h"
 #include "measure/estimation.h"
 #include "report/sorted_lists.h"
@@ -25,6 +28,7 @@ struct ReportContext {
   FitSummary summary;
   SelectedList persons, items;
   TableNeeds needs = {};
+  std::set<std::string> missingTables = {};          // those the user has been told of
   float rangeLow = 0, rangeHigh = 0, rangeUnit = 1;  // left by MeasureRange
   int rangeSpan = 0;
   int personSummaryLines = 0, itemSummaryLines = 0;  // rows sent to the screen's summary so far
