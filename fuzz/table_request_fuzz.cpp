@@ -37,6 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (small.run.request.Set(slot) != ' ') abort();
   }
   small.console.lines.clear();
+  small.context.missingTables.clear();
   small.OpenReport();
   if (clean_csv_line(text, 'T').size() > size) abort();
   return 0;

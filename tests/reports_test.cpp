@@ -66,6 +66,44 @@ TEST(Reports, ShowNoPartOfANumber) {
   EXPECT_THAT(whole.directory.Read("report.txt"), HasSubstr("\nUMEAN=******** USCALE=********\n"));
 }
 
+// What is asked for by name and isn't there yet is told once, and not in the report; a part that
+// only a whole Table or a setting would bring is no such thing, nor is a number without a Table.
+TEST(Reports, TellOfWhatIsNotAvailable) {
+  const struct {
+    std::vector<std::string> words, missing;
+  } cases[] = {
+      {{"TABLES=011000000000000000000100", "TFILE=*", "2", "22 - 3", "10.2", "*"},
+       {"TABLE 2", "TABLE 22", "TABLE 10.2"}},
+      {{"CHART=Y", "TFILE=*", "10.2", "2.5", "10", "7.2", "2.05", "29", "*"},
+       {"TABLE 10.2", "TABLE 2.5", "TABLE 7.2", "TABLE 29"}},
+      {{"CHART=Y", "DISTRT=Y", "PRCOMP=N", "TFILE=*", "10", "23", "24.1", "32", "40", "10.9", "*"},
+       {}},
+      {{"GRFILE=g.txt", "SIFILE=s.txt", "PFILE=p.txt"}, {"GRFILE=", "SIFILE="}},
+  };
+  for (const auto& c : cases) {
+    std::string expected;
+    for (const std::string& name : c.missing) {
+      expected += " " + name + " IS NOT AVAILABLE IN THIS VERSION\n";
+    }
+    for (const std::string mode : {"BATCH=Y", "BATCH=N"}) {
+      SCOPED_TRACE(mode + " " + expected);
+      WholeRun whole;
+      whole.directory.Write("control.txt", kControl);
+      testing::internal::CaptureStderr();
+      EXPECT_EQ(whole.Execute(c.words, mode), kExitGood);
+      const std::string errors = testing::internal::GetCapturedStderr();
+      std::string console;
+      for (const std::string& line : whole.console.lines) {
+        if (line.ends_with("IS NOT AVAILABLE IN THIS VERSION")) console += line + "\n";
+      }
+      EXPECT_EQ(errors, mode == "BATCH=Y" ? expected : "");
+      EXPECT_EQ(console, mode == "BATCH=Y" ? "" : expected);
+      EXPECT_EQ(whole.directory.Read("report.txt").find("NOT AVAILABLE"), std::string::npos);
+      EXPECT_FALSE(whole.directory.Exists("g.txt"));
+    }
+  }
+}
+
 // Each pair is one plain file, by its name or by a link: the run ends, and what lies there stays.
 TEST(Reports, AreNotBegunWhenTwoFilesToWriteAreOne) {
   const TempDirectory directory;

@@ -53,7 +53,11 @@ void EnterOutputFiles(Run& run) {
 void WriteOutputFiles(Run& run, OutputStage stage) {
   for (const OutputFileRow& file : kOutputFiles) {
     if (file.stage != stage || (run.settings.*file.name).empty()) continue;
-    if (file.write != nullptr) file.write(run);
+    if (file.write != nullptr) {
+      file.write(run);
+    } else {
+      TellUser(run, " " + std::string(file.Variable()) + " IS NOT AVAILABLE IN THIS VERSION");
+    }
     PumpMessages(run);
   }
 }

@@ -57,12 +57,27 @@ bool FlushWorkFiles(Run& run) {
   return true;
 }
 
+// Tells, once for each Table, that of what is asked for nothing can be printed yet.
+void TellMissing(ReportContext& context, std::span<const TableRow> rows, const Subtable& subtable) {
+  bool any = false;
+  for (const TableRow& row : rows) {
+    if (!IsAsked(context.run, row, subtable)) continue;
+    if (row.print != nullptr) return;
+    any = true;
+  }
+  std::string name = IntegerText(context.run.request.CurrentTable);
+  if (!subtable.whole) name += "." + IntegerText(subtable.number);
+  if (!any || !context.missingTables.insert(name).second) return;
+  TellUser(context.run, " TABLE " + name + " IS NOT AVAILABLE IN THIS VERSION");
+}
+
 void PrintRows(ReportContext& context) {
   TableRequest& request = context.run.request;
   const std::span<const TableRow> rows = RowsOf(request.CurrentTable);
   if (rows.empty()) return;
   if (rows.front().needs.freshLists) context.persons.order = context.items.order = ' ';
   const Subtable subtable = SubtableOf(request);
+  TellMissing(context, rows, subtable);
   for (const TableRow& row : rows) {
     const bool wanted = IsAsked(context.run, row, subtable) && row.when(context.run, subtable);
     if (!wanted || row.print == nullptr) continue;

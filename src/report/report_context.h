@@ -1,6 +1,9 @@
 // What the Table writers share: the run, and what survives from Table to Table.
 #pragma once
 
+#include <set>
+#include <string>
+
 #include "report/sorted_lists.h"
 #include "run/run.h"
 
@@ -22,6 +25,7 @@ struct ReportContext {
   Run& run;
   SelectedList persons, items;
   TableNeeds needs = {};
+  std::set<std::string> missingTables = {};          // those the user has been told of
   float rangeLow = 0, rangeHigh = 0, rangeUnit = 1;  // left by MeasureRange
   int rangeSpan = 0;
   int personSummaryLines = 0, itemSummaryLines = 0;  // rows sent to the screen's summary so far

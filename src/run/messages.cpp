@@ -46,6 +46,10 @@ std::string FailureText(int status, char operation) {
   }
 }
 
+std::string MessageText(std::string_view text) {
+  return WithoutControls(TrimRight(text.substr(0, kLongestMessage)));
+}
+
 [[noreturn]] void LeaveProcess(Run& run) {
   run.leaving = true;
   run.RunIoStatus = -1;
@@ -59,14 +63,16 @@ void WriteConsole(Run& run, std::string_view text) {
   run.console->WriteLine(text);
 }
 
+void TellUser(Run& run, std::string_view text) {
+  const std::string shown = MessageText(text);
+  WriteConsole(run, shown);
+  if (run.batch) WriteToStandardError(shown + "\n");
+}
+
 void ReportMessage(Run& run, std::string_view text) {
-  const std::string shown = WithoutControls(TrimRight(text.substr(0, kLongestMessage)));
-  LeaveProgressBar(run);
-  run.console->WriteLine(shown);
-  if (!run.batch) return;
-  WriteToStandardError(shown + "\n");
+  TellUser(run, text);
   // A report that fails is told about elsewhere: its own messages must not come back here.
-  if (run.report.IsOpen()) run.report.PutLine(" " + shown, run.settings);
+  if (run.batch && run.report.IsOpen()) run.report.PutLine(" " + MessageText(text), run.settings);
 }
 
 bool TellReportFailure(Run& run, int status) {

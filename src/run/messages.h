@@ -11,8 +11,9 @@ namespace vardento {
 
 // One line on the console, less its trailing blanks. Nothing in batch mode.
 void WriteConsole(Run& run, std::string_view text);
-// Text of up to 1,024 characters to the console; in batch mode to the standard error stream and,
-// when the report is open, to the report.
+// Text of up to 1,024 characters to the console, in batch mode to the standard error stream.
+void TellUser(Run& run, std::string_view text);
+// As TellUser; in batch mode also to the report, when it is open.
 void ReportMessage(Run& run, std::string_view text);
 // One plain line of the report, by the rules of ReportOutput::PutLine, with the report's own
 // failure words when it can't be written. Pumps messages until the run is finished.

@@ -10,6 +10,8 @@
 namespace vardento {
 
 void RunFiles::Enter(std::string caption, std::string name, FileUse use) {
+  const auto isKnown = [&](const RunFile& file) { return file.use == use && file.name == name; };
+  if (std::ranges::any_of(files_, isKnown)) return;
   files_.push_back({std::move(caption), std::move(name), use});
 }
 

@@ -23,6 +23,7 @@ struct RunFile {
 
 class RunFiles {
  public:
+  // Once for each name and use, under the caption that came first.
   void Enter(std::string caption, std::string name, FileUse use);
   void Clear() { files_.clear(); }
   // The first file of this use that is the same plain file as `name`, whatever the spelling and the
