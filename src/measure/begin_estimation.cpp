@@ -21,6 +21,8 @@ void Clear(std::initializer_list<Array1<T>> arrays) {
   for (const Array1<T>& array : arrays) std::fill(array.begin(), array.end(), T());
 }
 
+// Who is not anchored begins at 0: without a spread to expand by, the first pass gives plain
+// log-odds.
 void SetMeasures(const Array1<float>& measures, const std::vector<Anchor>& anchors) {
   Clear({measures});
   for (const Anchor& anchor : anchors) measures[anchor.entry] = anchor.measure;

@@ -7,6 +7,7 @@ namespace vardento {
 
 namespace {
 
+// Guarded on one side only: a large negative exponent vanishes by itself.
 double GuardedExp(double exponent) {
   return std::exp(std::min(exponent, static_cast<double>(kExpGuard)));
 }
@@ -22,6 +23,7 @@ double Normalise(int top, double total, double* p) {
   return expected;
 }
 
+// Rasch 1960. The status of the step is not asked: this is the path that most data take.
 double DichotomyProbabilities(double d, const GroupModelTables& group, double* p) {
   const double passed = 1.0 / (1.0 + GuardedExp(group.step[1] - d));
   p[1] = passed;
@@ -29,6 +31,7 @@ double DichotomyProbabilities(double d, const GroupModelTables& group, double* p
   return passed;
 }
 
+// Andrich 1978, Masters 1982: p(k) is in proportion to exp of the sum over j = 1..k of (d - F(j)).
 double RatingScaleProbabilities(double d, const GroupModelTables& group, double* p) {
   double sum = 0;
   double highest = 0;
@@ -36,6 +39,8 @@ double RatingScaleProbabilities(double d, const GroupModelTables& group, double*
     sum += d - group.step[j];
     if (group.status[j] > 0) highest = std::max(highest, sum);
   }
+  // The highest numerator becomes exp(kExpGuard): none overflows, and what vanishes beside it has
+  // no probability to speak of.
   sum = kExpGuard - highest;
   p[0] = std::exp(sum);
   double total = p[0];
@@ -53,13 +58,15 @@ double RatingScaleProbabilities(double d, const GroupModelTables& group, double*
   return Normalise(group.top, total, p);
 }
 
-// "S": p(k-1) is the chance of passing steps 1..k-1 and failing step k.
+// "S" (Tutz 1990): p(k-1) is the chance of passing steps 1..k-1 and failing step k. The products
+// sum to 1 by themselves; Normalise mends rounding alone.
 double SuccessionProbabilities(double d, const GroupModelTables& group, double* p) {
   double passed = 1;
   double odds = 1;
   double total = 0;
   for (int k = 1; k <= group.top; ++k) {
     if (group.status[k] < 1) {
+      // Nobody is seen to fail this step: it is the category below it that is unobserved.
       p[k - 1] = 0;
       continue;
     }
@@ -73,7 +80,8 @@ double SuccessionProbabilities(double d, const GroupModelTables& group, double* 
   return Normalise(group.top, total + p[group.top], p);
 }
 
-// "F": the mirror of "S", from the top down.
+// "F": the mirror of "S", from the top down: p(k) is the chance of failing steps T..k+1 and passing
+// step k.
 double MirroredProbabilities(double d, const GroupModelTables& group, double* p) {
   double failed = 1;
   double odds = 1;
@@ -93,10 +101,14 @@ double MirroredProbabilities(double d, const GroupModelTables& group, double* p)
   return Normalise(group.top, total + p[0], p);
 }
 
+// Of one step that is in play.
 double PassProbability(double d, const GroupModelTables& group, int k) {
   return 1.0 / (GuardedExp(group.step[k] - d) + 1.0);
 }
 
+// Each step is a Bernoulli trial: variance v, fourth central moment v(1 - 3v). The fourth moment of
+// their sum would have 6 v(i) v(j) of every two steps as well. The settled form leaves that out, so
+// the fit of "S" and "F" is standardised by too small a variance where several steps are in play.
 Evaluation SequentialMoments(const GroupModelTables& group, double expected, const double* p) {
   Evaluation result{expected, 0, 0};
   for (int k = 1; k <= group.top; ++k) {
@@ -107,6 +119,8 @@ Evaluation SequentialMoments(const GroupModelTables& group, double expected, con
   return result;
 }
 
+// Moments about 0 turned into moments about E: V = m2 - E^2, C = m4 - 4 E m3 + 6 E^2 m2 - 3 E^4
+// (Wright & Masters 1982, ch. 5).
 Evaluation DistributionMoments(const GroupModelTables& group, double expected, const double* p) {
   double m2 = 0, m3 = 0, m4 = 0;
   for (int k = 1; k <= group.top; ++k) {
@@ -145,15 +159,19 @@ double CategoryProbabilities(double d, const GroupModelTables& group, double* p)
 double StepProbabilities(double d, const GroupModelTables& group, int x, double* p) {
   double expected = 0;
   if (group.model == Model::Successes) {
+    // Steps 1..x were passed and step x + 1, if there is one, failed: what lies behind was not
+    // tried.
     for (int k = x + 1; k <= group.top; ++k) p[k] = 0;
     for (int k = std::min(x + 1, group.top); k >= 1; --k) {
-      // A step that does not exist is certain.
+      // A step that does not exist is certain: the score x counts it as passed.
       p[k] = group.status[k] < 1 ? 1.0 : PassProbability(d, group, k);
       expected += p[k];
     }
     p[0] = 1.0 - p[1];
     return expected;
   }
+  // From the top down step x was the first to be passed (for x = 0 none was): what lies below it
+  // was not tried. At most one step is passed, and one that does not exist cannot be it.
   for (int k = x - 1; k >= 1; --k) p[k] = 0;
   for (int k = std::max(x, 1); k <= group.top; ++k) {
     p[k] = group.status[k] < 1 ? 0.0 : PassProbability(d, group, k);
@@ -186,6 +204,7 @@ double SafeLogOdds(double a, double b) {
 ScoreAndMaximum ModelScore(int x, int top, Model model) {
   if (top < 2 || model == Model::Rating) return {x, top};
   if (model == Model::Successes) return {x, std::min(x + 1, top)};
+  // "F": all steps were in play for 0 (none passed) and for 1 (the last passed).
   if (x < 2) return {x, top};
   return {1, top - x + 1};
 }
@@ -210,6 +229,7 @@ void NumberCategories(RunArrays& arrays) {
       }
     }
     if (last == 0) {
+      // One category tells nothing of a person: its responses count as missing.
       arrays.CodeToCategory[start + arrays.CategoryToCode[start]] = -4;
       last = -1;
     }

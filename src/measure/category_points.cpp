@@ -1,4 +1,5 @@
-// The landmarks of every category, as distances from the item.
+// The landmarks of every category, as distances from the item in logits: Thurstone thresholds, and
+// where the expected score (the model's regression of score on measure) takes given values.
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -10,23 +11,27 @@ namespace vardento {
 
 namespace {
 
-constexpr int kSearchLimit = 10000;  // a threshold out of reach ends the search
-constexpr double kThresholdPrecision = 0.0001;
-constexpr double kPointPrecision = 0.01;
+constexpr int kSearchLimit = 10000;             // a threshold out of reach ends the search
+constexpr double kThresholdPrecision = 0.0001;  // of a cumulative probability
+constexpr double kPointPrecision = 0.01;        // of a difference, logits, and of its score, points
 
-// Finds the difference d at which the expected score of a group is t, by log-odds through two
-// points that stay from one call to the next.
+// Finds the difference d (logits) at which the expected score of a group is t (score points, above
+// 0 and below T): a secant through two points of the curve ln((T - E) / E), which for two
+// categories is a straight line in d and for more stays close to one. The points stay from one call
+// to the next, as the next score lies near by. Without an end after 100 passes the last guess
+// stands.
 class ScoreToDifference {
  public:
   ScoreToDifference(const GroupModelTables& group, double* p) : group_(group), p_(p) {}
 
   double Solve(double t) {
     const double wanted = LogOdds(t);
-    d_ -= 0.1;
+    d_ -= 0.1;  // off the last answer: a secant needs two points that differ
     for (int pass = 0; pass < 100; ++pass) {
       const double expected = CategoryProbabilities(d_, group_, p_);
       const double odds = LogOdds(expected);
       Keep({d_, odds}, wanted);
+      // d = intercept - slope x log-odds; with one point alone, one logit for each.
       double slope = 1, intercept = odds + d_;
       if (known_ == 2 && std::fabs(first_.odds - second_.odds) >= kTiny) {
         slope = (second_.d - first_.d) / (first_.odds - second_.odds);
@@ -46,9 +51,11 @@ class ScoreToDifference {
   struct Point {
     double d = 0, odds = 0;
   };
+  // Of missing a step against passing it: falls as d rises.
   double LogOdds(double score) const {
     return NaturalLog(std::max(group_.top - score, kTiny)) - NaturalLog(std::max(score, kTiny));
   }
+  // In the place of whichever point lies further from what is wanted.
   void Keep(Point point, double wanted) {
     if (known_ == 0) {
       first_ = point;
@@ -64,13 +71,16 @@ class ScoreToDifference {
   }
 
   const GroupModelTables& group_;
-  double* p_;
-  double d_ = 0;
+  double* p_;     // categories 0..T
+  double d_ = 0;  // the last answer, logits
   int known_ = 0;
-  Point first_, second_;
+  Point first_, second_;  // of the curve; known_ of them hold anything
 };
 
-// The difference at which category k or above is as likely as not; d is where the search starts.
+// The Thurstone threshold of category k: the difference at which the cumulative probability of k or
+// above is 0.5 (logits; d is where the search starts). The residual of the probability is itself
+// the step, shorter after every change of side: slow, but it cannot run away, and categories that
+// are never the likeliest have thresholds in order all the same.
 double FindThurstone(const GroupModelTables& group, int k, double d, double* p) {
   double divisor = 1, last = 0;
   for (int pass = 0; pass < kSearchLimit; ++pass) {
@@ -94,6 +104,7 @@ void ComputeGroupPoints(Run& run, int g, double high, double low, double* p) {
     d = FindThurstone(group, k, d, p);
     arrays.CategoryThurstone[start + k] = d;
   }
+  // From the top down with one solver, whose points are then near the next score.
   ScoreToDifference solver(group, p);
   for (int k = group.top; k >= 0; --k) {
     double wanted = low;
@@ -105,6 +116,7 @@ void ComputeGroupPoints(Run& run, int g, double high, double low, double* p) {
   }
 }
 
+// Score points off either end; at 0 the end of the scale would lie at infinity.
 double HoldAdjustment(double adjustment) { return std::clamp(adjustment, 0.001, 0.5); }
 
 }  // namespace

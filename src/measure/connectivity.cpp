@@ -121,7 +121,7 @@ bool ConnectivityScan::IsAnchoredPerson(int person) const {
 }
 
 bool ConnectivityScan::RowCanJoin(int person, const std::uint8_t* row) const {
-  // Two anchored persons share a frame.
+  // Two anchored persons share a frame: their distance is given, whatever they answered.
   if (seedAnchored_ && IsAnchoredPerson(person)) return true;
   bool up = false, down = false;
   for (const std::size_t place : seen_) {
@@ -145,6 +145,10 @@ void ConnectivityScan::Join(int person, const std::uint8_t* row) {
   Extend(person, row);
 }
 
+// What the newcomer adds to the frame. A middle category ties an item from both sides at once, the
+// two ends by two persons, the lowest seen first: an item seen at its top alone and then at its
+// lowest falls back to Low until somebody is above that. The settled form, on the side of a warning
+// too many.
 void ConnectivityScan::Extend(int person, const std::uint8_t* row) {
   bool changed = false;
   std::size_t kept = 0;
@@ -163,6 +167,7 @@ void ConnectivityScan::Extend(int person, const std::uint8_t* row) {
   if (changed) lastChange_ = person;
 }
 
+// Keeps the bit sets that the index is asked with in step with the reach.
 void ConnectivityScan::SetReach(std::size_t place, Reach reach) {
   char& stored = reach_[static_cast<int>(place) + 1];
   const std::size_t word = place / 64;
@@ -195,6 +200,7 @@ ResponseIndex::Frame ConnectivityScan::FrameInHand() const {
   return {up_, down_, words_, seedAnchored_};
 }
 
+// At worst the check is quadratic in persons: it has to let the user in.
 bool ConnectivityScan::WantsStop(long long steps) {
   steps_ += steps;
   if (steps_ >= kStepsToPump) {

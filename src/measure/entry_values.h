@@ -9,7 +9,7 @@
 
 namespace vardento {
 
-// The arrays of one side of the data that lists and Tables walk over.
+// The arrays of one side of the data that lists and Tables walk over: 1..NPERS or 1..NI.
 struct FacetArrays {
   Array1<StatusByte> status;
   Array1<float> measure;  // logits
@@ -28,13 +28,15 @@ float MeasureOf(const Run& run, Facet facet, int entry);
 struct EntryValues {
   StatusByte status = 0;
   float measure = 0;
-  float score = 0, count = 0;
-  float error = 0;  // model standard error
-  float infit = 0, infitZ = 0, outfit = 0, outfitZ = 0;
-  float correlation = 0;
+  float score = 0, count = 0;                            // in the scale of the data, weighted
+  float error = 0;                                       // model standard error
+  float infit = 0, infitZ = 0, outfit = 0, outfitZ = 0;  // mean-squares, and standardised
+  float correlation = 0;                                 // point-measure, or point-biserial
   float displacement = 0;
   float weight = 1;
-  float realError = 0;  // the error when misfit counts as noise: error x sqrt(max(1, INFIT))
+  // The error when misfit counts as noise: error x sqrt(max(1, INFIT)), as errors of overdispersed
+  // data are inflated (Wedderburn 1974), yet never below the model's.
+  float realError = 0;
 };
 
 // The values of entry 1..count; a person's record is read from the work file. Ends the run in the

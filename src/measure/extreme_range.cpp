@@ -22,6 +22,7 @@ void ExtremeRange::Add(float value) {
 }
 
 float ExtremeRange::Range() const {
+  // Of so few, the same entry would be among the highest and the lowest.
   if (kept_ == 0 || kept_ >= added_) return 0;
   double sum = 0;
   for (std::size_t i = 0; i < static_cast<std::size_t>(kept_); ++i) {

@@ -1,4 +1,5 @@
-// The "extreme 5" range of a set of measures: how far its highest lie above its lowest.
+// The "extreme 5" range of a set of measures: how far its highest lie above its lowest. The start
+// values stop when it no longer grows; the mean of several is less at the mercy of one entry.
 #pragma once
 
 #include <array>
@@ -16,11 +17,11 @@ class ExtremeRange {
   int Count() const { return added_; }
 
  private:
-  int limit_;
-  int kept_ = 0;
-  int added_ = 0;
-  std::array<float, 6> highest_{};
-  std::array<float, 6> lowest_{};
+  int limit_;                       // values kept on each side, at most 5
+  int kept_ = 0;                    // so far, on each side
+  int added_ = 0;                   // entries seen
+  std::array<float, 6> highest_{};  // logits, highest first; one place for the newcomer
+  std::array<float, 6> lowest_{};   // logits, lowest first
 };
 
 }  // namespace vardento

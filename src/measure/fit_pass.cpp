@@ -17,7 +17,8 @@ constexpr std::int16_t kMissingResidual = -32768;
 constexpr double kLeastVariance = 0.001;  // keeps a standard error finite
 constexpr char kResidualFailure[] = " STANDARDIZED RESIDUAL WORK FILE FAILURE AT RECORD =";
 
-// The standard error of a measure, logits: 1 / sqrt(information).
+// The standard error of a measure, logits: 1 / sqrt(Fisher information), which for the Rasch family
+// is the sum of the variances of the scores. The other side's measures are taken as known.
 double ErrorOf(const FitSums& sums) {
   return 1.0 / std::sqrt(std::max(sums.variance, kLeastVariance));
 }
@@ -88,6 +89,8 @@ void FitPass::ClearCategories() {
   }
 }
 
+// What everybody would score if only the scale of the group told: E at the mean of B less the mean
+// of D. The variance that measures explain is told against it.
 void FitPass::FindBaselines() {
   double sumB = 0, weightB = 0, sumD = 0, weightD = 0;
   for (int n = 1; n <= run_.NPERS; ++n) {
@@ -158,6 +161,8 @@ void FitPass::AddObservation(const ItemInHand& hand, int x, double w, PersonInHa
   here.variance = std::max(here.variance, kTiny);
   const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.model);
   const double raw = x + arrays_.CategoryToCode[hand.start];
+  // As in the estimation: each sum takes the other side's active entries, so that extreme ones have
+  // errors and displacements as well.
   const auto add = [&](FitSums& sums, double weight) {
     sums.count += weight;
     sums.raw += raw * weight;
@@ -174,6 +179,8 @@ void FitPass::AddObservation(const ItemInHand& hand, int x, double w, PersonInHa
   AddFit(hand, x, here, d, w, person);
 }
 
+// What the model expects of the categories, whichever was observed. The information of step k is
+// the variance p(1 - p) of being below category k or not ("R"), or of the step itself.
 void FitPass::AddPairExpectations(const ItemInHand& hand, double d, double w) {
   const double* const p = p_.data();
   CategoryFit* const at = &sums_.categories[hand.start];
@@ -197,6 +204,8 @@ void FitPass::AddPairExpectations(const ItemInHand& hand, double d, double w) {
   }
 }
 
+// y, z and their moments (Wright & Masters 1982, ch. 5). Active pairs alone: the measure of an
+// extreme entry follows EXTRSC=, and so would its residuals.
 void FitPass::AddFit(const ItemInHand& hand, int x, const Evaluation& here, double d, double w,
                      PersonInHand& person) {
   const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.model);
@@ -224,6 +233,7 @@ void FitPass::AddFit(const ItemInHand& hand, int x, const Evaluation& here, doub
     EnterWorst(outcome_.worstItems, hand.item, size);
   }
   CountHit(hand, x, y, w);
+  // Rounding can make C negative, and the C of "S" and "F" can lie below V squared.
   const double fourth = std::max(here.fourth, 0.0);
   const double square = std::max(here.variance * here.variance, kTiny);
   const auto add = [&](FitSums& sums, double weight) {
@@ -237,6 +247,8 @@ void FitPass::AddFit(const ItemInHand& hand, int x, const Evaluation& here, doub
   AddCategoryFit(hand, x, y, zz, here, d, w);
 }
 
+// Squared residuals go to the observed category; their expectations, (k - E)^2 p(k), to every
+// category.
 void FitPass::AddCategoryFit(const ItemInHand& hand, int x, double y, double zz,
                              const Evaluation& here, double d, double w) {
   CategoryFit* const at = &sums_.categories[hand.start];
@@ -251,6 +263,8 @@ void FitPass::AddCategoryFit(const ItemInHand& hand, int x, double y, double zz,
   }
 }
 
+// The expected category is the one nearest to the expected score x - y; of two as near, the one
+// toward the observed category.
 void FitPass::CountHit(const ItemInHand& hand, int x, double y, double w) {
   // Counts are whole: each addition is cut to an integer, and huge weights stop at the largest.
   const auto add = [w](std::int32_t& count) {
@@ -277,6 +291,7 @@ bool FitPass::ShowsDisplacement(const FitSums& sums, double displacement, double
   return FixedText(shown, settings_.numberFormat, 8) != zeroText_;
 }
 
+// An extreme person has a measure and an error, but fit values of 1 and 0: it cannot misfit.
 void FitPass::ClosePerson(PersonInHand& person) {
   const int n = person.number;
   PersonWorkRecord record;
@@ -349,6 +364,8 @@ void FitPass::CloseCategories() {
       const int p = arrays_.GroupStart[g] + k;
       const CategoryFit& sums = sums_.categories[p];
       const double n = arrays_.CategoryCount[p];
+      // The mean square of n observations in the category over the mean square that the model
+      // expects of one in it: 1 where data fit.
       const auto meanSquare = [&](double observed, double variance) {
         return static_cast<float>(std::min<double>(
             kFitCap, observed * sums.expectedCount / std::max(n * variance, kTiny)));
@@ -366,6 +383,9 @@ void FitPass::CloseCategories() {
   }
 }
 
+// Sums of squares over all observations: what scores vary by about their baselines, less what
+// residuals vary by, is what the measures explain. In units of V, so that all observations count
+// alike.
 void FitPass::CloseTotals() {
   const double n = static_cast<double>(std::max<std::int64_t>(observations_, 1));
   const double residual = std::max(totalZZ_, kTiny);

@@ -1,5 +1,7 @@
 // The fit pass: one walk over the data that turns the final measures into everything reported of a
-// person, an item or a category. ComputeFit (measure/estimation.h) runs it.
+// person, an item or a category. ComputeFit (measure/estimation.h) runs it. Residuals, mean-squares
+// and their variances are those of Wright & Masters 1982, ch. 5; measure/fit_statistics.h has the
+// formulas of an entry.
 #pragma once
 
 #include <vector>
@@ -10,7 +12,9 @@
 
 namespace vardento {
 
-// What one category position adds up over the observations of active persons on active items.
+// What one category position adds up over the observations of active persons on active items, by
+// the pairs' weights. The model's part (sums of p(k)) takes in every observation of the group, the
+// observed part (z, y, d) those in category k.
 struct CategoryFit {
   double expectedCount, information, observedZ, observedY, variance, zVariance, observedMeasure,
       expectedMeasure;
@@ -18,17 +22,19 @@ struct CategoryFit {
 
 // The sums of the pass, cut from one block.
 struct FitArrays {
-  Array1<FitSums> items;
-  Array1<CorrelationRecord> itemCorrelations;
-  Array1<CategoryFit> categories;               // by position
-  Array1<double> baseline;                      // E of each group at the mean measures
-  Array1<double> missingCount, missingMeasure;  // by group
+  Array1<FitSums> items;                       // 1..NI
+  Array1<CorrelationRecord> itemCorrelations;  // 1..NI, extreme persons included
+  Array1<CategoryFit> categories;              // by position, 1..NCATS
+  Array1<double> baseline;                     // E of each group at the mean measures, score points
+  // By group: weighted count of missing responses of active pairs, and sum of their B - D, logits.
+  Array1<double> missingCount, missingMeasure;
   BlockPlan Plan(const Run& run);
 };
 
 class FitPass {
  public:
   explicit FitPass(Run& run);
+  // Persons, then items, categories and totals; ends the run without memory for its sums.
   void Compute();
 
  private:
@@ -36,11 +42,11 @@ class FitPass {
   struct PersonInHand {
     int number = 0;
     StatusByte status = 0;
-    double measure = 0;  // logits
-    double weight = 1;
-    FitSums sums;
-    CorrelationRecord correlation;
-    float worstZ = 0;
+    double measure = 0;             // B, logits
+    double weight = 1;              // pw
+    FitSums sums;                   // over items, by iw
+    CorrelationRecord correlation;  // of scores with -D, so that it is positive where data fit
+    float worstZ = 0;               // largest |z| of at least 2, else 0
   };
 
   void Open();
@@ -70,17 +76,18 @@ class FitPass {
   FitOutcome& outcome_;
   bool correlates_;  // point-measure correlations are computed here (PTBIS=N)
   bool writesResiduals_;
-  std::string zeroText_;
+  std::string zeroText_;  // of a measure of 0 as printed
   ItemWalk walk_;
   std::vector<ItemInHand> ascending_;  // all measured items from 1 to NI
   MemoryBlock block_;
   FitArrays sums_;
-  PersonPowers here_, below_;  // at B and at B - 1
-  std::vector<double> p_;
-  std::vector<std::int16_t> residualRow_;
-  RunningSpread spread_;
+  PersonPowers here_, below_;              // at B and at B - 1
+  std::vector<double> p_;                  // categories 0..MAXCAT of the pair in hand
+  std::vector<std::int16_t> residualRow_;  // of the person in hand, items 1..NI from place 0
+  RunningSpread spread_;                   // of z, by the weights of the pairs
+  // Sums of t, t squared and z squared over all observations of active pairs, unweighted.
   double totalT_ = 0, totalTT_ = 0, totalZZ_ = 0;
-  std::int64_t observations_ = 0;
+  std::int64_t observations_ = 0;  // how many those are
 };
 
 }  // namespace vardento

@@ -22,6 +22,7 @@ float ZCode(double z, double meanSquare) {
 
 FitValues FindFit(const FitSums& sums, const ControlSettings& settings) {
   MeanSquare outfit{}, infit{};
+  // The variance of z squared is C / V^2 - 1 (its mean is 1), that of y squared C - V^2.
   const double outfitVariance = sums.outfitVariance - sums.count;
   if (settings.NORMAL == 'Y') {
     outfit.standardised =
@@ -37,6 +38,7 @@ FitValues FindFit(const FitSums& sums, const ControlSettings& settings) {
   FitValues values;
   values.infit = static_cast<float>(std::min<double>(infit.value, kFitCap));
   values.outfit = static_cast<float>(std::min<double>(outfit.value, kFitCap));
+  // LOCAL=Y rescales the values first: lower digits would be scaled with them.
   const bool coded = settings.LOCAL != 'Y';
   values.infitZ =
       coded ? ZCode(infit.standardised, values.infit) : static_cast<float>(infit.standardised);
@@ -53,7 +55,8 @@ double HeldScore(const FitSums& sums, double extremeScore) {
 
 namespace {
 
-// The displacement in the direction of the expected score; false when the log-odds have no slope.
+// The displacement in the direction of the expected score, logits: distance of the log-odds of both
+// scores over their slope per logit. False when the log-odds have no slope.
 bool FindShift(const FitSums& sums, double score, double& shift) {
   const double here = SafeLogOdds(sums.expected, sums.maximum - sums.expected);
   const double below = SafeLogOdds(sums.expectedOffset, sums.maximum - sums.expectedOffset);
@@ -69,6 +72,7 @@ double FindPersonDisplacement(const FitSums& sums, double extremeScore) {
   const double score = HeldScore(sums, extremeScore);
   double shift = 0;
   if (FindShift(sums, score, shift)) return shift;
+  // Not a measure any more, but of the right sign and no larger than 1.
   return (score - sums.expected) / std::max(sums.maximum, kTiny);
 }
 
@@ -82,6 +86,7 @@ void CorrelationRecord::Add(double x, double y, double weight) {
   const double share = 1.0 / n;
   meanY += (y - meanY) * weight * share;
   meanX += (x - meanX) * weight * share;
+  // The first observation has no spread yet.
   if (!(weight < n)) return;
   const double a = weight / (n - weight);
   varianceY += (meanY - y) * (meanY - y) * a - varianceY * share;
@@ -103,6 +108,7 @@ void RunningSpread::Add(double z, double weight) {
   if (UsesSettled()) AddSettled(z, weight);
 }
 
+// Once it has divided by 0 it would not recover, so it is given up for good.
 void RunningSpread::AddSettled(double z, double weight) {
   if (!started_) {
     started_ = true;
@@ -124,6 +130,7 @@ double RunningSpread::SD() const {
   return std::sqrt(std::max((UsesSettled() ? settled_ : exact_).variance, 0.0));
 }
 
+// An entry that is already listed with a larger |z| stays where it is.
 void EnterWorst(std::vector<WorstEntry>& list, int number, float z) {
   if (list.size() == kWorstListLength && z < list.back().z) return;
   const auto place = std::find_if(list.begin(), list.end(),

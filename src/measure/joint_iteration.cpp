@@ -13,17 +13,21 @@ namespace vardento {
 
 namespace {
 
-constexpr double kDamping = 0.7;  // of the distance to the target is travelled
-constexpr double kSmallestOffset = 0.01;
+// Of the distance to the target this much is travelled: persons and items move in one iteration,
+// each as if the other side stood still, and whole steps of both would overshoot.
+constexpr double kDamping = 0.7;
+constexpr double kSmallestOffset = 0.01;  // logits: closer together two log-odds differ by rounding
 constexpr int kIterationLimit = 32000;
 
+// A measure that diverges is held back to 1 logit in an iteration.
 double LimitStep(double delta) {
   if (!std::isfinite(delta)) return 0;
   while (std::fabs(delta) > 1) delta *= 0.9;
   return delta;
 }
 
-// Under TARGET=Y an entry at the top or bottom takes the bound itself.
+// Under TARGET=Y an entry at the top or bottom takes the bound itself. Scores are sums of variances
+// there, which can be small: of less than two margins the half is the bound.
 double HoldTargeted(double score, double maximum, double margin, bool top, bool bottom) {
   const double half = maximum / 2;
   const double low = std::min(margin, half);
@@ -35,6 +39,8 @@ double HoldTargeted(double score, double maximum, double margin, bool top, bool 
 
 }  // namespace
 
+// a / b is the ratio of the odds of the two expected scores, so ln(a / b) / h the slope of their
+// log-odds; the distance is that to the log-odds of the target.
 double FindPersonStep(const ScoreTarget& t, double offset) {
   const double a = (t.maximum - t.expectedOffset) * t.expected;
   const double b = (t.maximum - t.expected) * t.expectedOffset;
@@ -46,6 +52,7 @@ double FindPersonStep(const ScoreTarget& t, double offset) {
   return LimitStep(kDamping * offset * distance / slope);
 }
 
+// d less h is a difficulty of h more: `below` belongs to D + h.
 double FindItemStep(const ScoreTarget& t, double offset) {
   const double here = SafeLogOdds(t.expected, t.maximum - t.expected);
   const double below = SafeLogOdds(t.expectedOffset, t.maximum - t.expectedOffset);
@@ -116,6 +123,7 @@ UconRecord JointIteration::RunIteration() {
   }
   record_.personIsWorse = std::fabs(itemResidual_) <= std::fabs(personResidual_);
   record_.scoreResidual = record_.personIsWorse ? personResidual_ : itemResidual_;
+  // As far as measures still move: the secant becomes the tangent where it matters.
   offset_ = std::max(static_cast<double>(std::fabs(record_.measureChange)), kSmallestOffset);
   return record_;
 }
@@ -155,6 +163,7 @@ void JointIteration::StepPerson(int person, StatusByte status) {
              static_cast<float>(target.score - target.expected));
 }
 
+// The bits of the measure are the key: equal measures alone make equal expectations.
 std::int32_t JointIteration::ClassifyPerson(int person) {
   const PersonScores record = ReadPersonScores(run_, person);
   PersonClass persons;
@@ -179,6 +188,8 @@ std::int32_t JointIteration::ClassifyPerson(int person) {
   return index;
 }
 
+// A whole class at once: to the items and categories it weighs as much as its persons together, to
+// itself as one of them. x does not matter, as all letters are "R" where anybody is complete.
 ScoreTarget JointIteration::AddComplete(const PersonClass& persons) {
   ScoreTarget target{persons.score, persons.maximum, 0, 0};
   SetMeasure(persons.measure);
@@ -208,6 +219,8 @@ void JointIteration::SetMeasure(double measure) {
   below_.Set(measure - offset_);
 }
 
+// One observation's share of the likelihood equations, at d and at d - h. As in the start values,
+// each sum takes the other side's active entries alone.
 void JointIteration::AddExpected(const ItemInHand& hand, int x, StatusByte status, double pw,
                                  ScoreTarget& target) {
   const int item = hand.item;
@@ -240,7 +253,10 @@ ScoreTarget JointIteration::AddTargeted(int person, StatusByte status) {
   return target;
 }
 
-// TARGET=Y: every observation counts by its own variance.
+// TARGET=Y: every observation counts by its own variance V, the information in it: those far off
+// target weigh little, as in the robust estimates of Mislevy & Bock 1982, whose weights are others.
+// These weights change with the measures, so targets are made anew in each iteration and no
+// likelihood is maximised. V stays as it is at d for the evaluation at d - h.
 void JointIteration::AddTargetedObservation(const ItemInHand& hand, int x, StatusByte status,
                                             double pw, ScoreTarget& target) {
   const int item = hand.item;
@@ -293,10 +309,12 @@ void JointIteration::MovePerson(int person, StatusByte status, double delta, flo
   }
 }
 
+// Of two as large the later stays.
 void JointIteration::KeepChange(float change) {
   if (std::fabs(change) >= std::fabs(record_.measureChange)) record_.measureChange = change;
 }
 
+// The largest change is taken behind centring: a shift of everybody is none.
 void JointIteration::CentrePersons() {
   const double mean = centreWeight_ == 0 ? 0 : centreSum_ / centreWeight_;
   for (int n = 1; n <= run_.NPERS; ++n) {
@@ -349,6 +367,8 @@ void JointIteration::CentreItems() {
   }
 }
 
+// Changes or residuals, either is enough: a large sample leaves residuals that move nothing, and
+// along a flat curve a measure drifts on with hardly any residual.
 bool JointIteration::HasConverged(const UconRecord& record) const {
   const float logits = run_.settings.LCONV;
   const float score = run_.settings.RCONV;
@@ -363,6 +383,12 @@ namespace {
 
 // Bias factors for short tests and for paired comparisons; anchors are drawn apart by them so that
 // they come out unchanged once the factors are applied at reporting.
+//
+// Joint estimates of item difficulties lie too far apart, on a test of L dichotomies by about L /
+// (L-1) (Wright & Douglas 1977); (L-1) / L takes that back. Here L - 1 counts the steps of the
+// other items, n of the average item, and persons have the like factor from the number of persons,
+// since the two sides of the joint likelihood are alike. In paired comparisons every comparison
+// meets two objects: L = 2, for both sides.
 void SetBiasFactors(Run& run) {
   const ControlSettings& settings = run.settings;
   run.results.PersonBias = run.results.ItemBias = 1;
@@ -374,6 +400,7 @@ void SetBiasFactors(Run& run) {
     for (int i = 1; i <= settings.NI; ++i) {
       if (IsActive(run.arrays.ItemStatus[i])) steps += run.arrays.GroupTop[run.arrays.ItemGroup[i]];
     }
+    // Steps of the average active item.
     const double n = std::max(1.0, std::round(steps / run.results.ActiveItems));
     const auto factor = [n](int count) {
       const double freedom = (count - 1) * n;

@@ -13,10 +13,13 @@ double PairFactor(const Run& run, int group, double itemWeight) {
   return run.arrays.GroupMaxWeight[group] == 0.0F ? 1.0 : 0.0;
 }
 
-// Products of two exponentials of at most this size neither overflow nor vanish.
+// Products of two exponentials of at most this size neither overflow nor vanish: a double reaches
+// to exp(709).
 constexpr double kLargestExponent = 300;
 
-// Appends the factors of one item; false when they are out of reach.
+// Appends the factors of one item, exp of the sum over j = 1..k of (-D - F(j)): the item's share of
+// the model of Andrich 1978 and Masters 1982. False when they are out of reach; what was appended
+// then lies unused.
 bool AppendFactors(const ItemInHand& hand, std::vector<double>& factors) {
   if (hand.tables.top < 1 || hand.tables.IsSequential()) return false;
   double exponent = 0;
@@ -40,6 +43,7 @@ void LinkFactors(ItemWalk& walk, const std::vector<std::ptrdiff_t>& offsets) {
   }
 }
 
+// With UANCHOR=N anchored values stay, but the rest is centred beside them.
 bool AnchorsSetFrame(const Run& run) {
   return run.settings.UANCHOR != 'N' && (run.results.ItemAnchored || run.results.PersonAnchored);
 }
@@ -86,12 +90,14 @@ double PersonPowers::Expect(const ItemInHand& hand, int x, double* p) const {
     return EvaluateExpected(measure_ - hand.measure, hand.tables, x, p);
   }
   if (hand.tables.top == 1) {
+    // The guard of the category model, so that both ways agree far out.
     static const double least = std::exp(-static_cast<double>(kExpGuard));
     const double odds = std::max(hand.factors[1] * powers_[1], least);
     p[1] = odds / (1.0 + odds);
     p[0] = 1.0 - p[1];
     return p[1];
   }
+  // p(0) of every item is 1 before it is scaled, so the total is never 0.
   double total = 0;
   for (int k = 0; k <= hand.tables.top; ++k) {
     total += p[k] = hand.factors[k] * powers_[static_cast<std::size_t>(k)];

@@ -1,5 +1,6 @@
 // CUTLO= and CUTHI=: responses of a person much below or much above an item become missing, once,
-// as the start values stand.
+// as the start values stand. Far from its item a person's response tells more of guessing or
+// carelessness than of the measure.
 #include <cmath>
 #include <vector>
 
@@ -13,6 +14,7 @@ namespace {
 
 constexpr std::uint8_t kMissingResponse = 255;
 
+// d = B - D and the limits in logits.
 bool IsOutOfRange(const RangeCut& cut, double d) {
   return (cut.below != 0 && d < -cut.below) || (cut.above != 0 && d > cut.above);
 }
@@ -38,7 +40,7 @@ int BlankResponses(const Run& run, int person, const RangeCut& cut,
 void DropOutOfRange(Run& run, EstimationListener& listener) {
   const ControlSettings& settings = run.settings;
   listener.BeginRangeCut(settings.CUTLO, settings.CUTHI);
-  // As distances: the signs mean nothing.
+  // As distances in logits: the signs mean nothing, and UMEAN= falls out of a difference.
   RangeCut& cut = run.results.rangeCut;
   cut.below = std::fabs(settings.CUTLO / settings.USCALE);
   cut.above = std::fabs(settings.CUTHI / settings.USCALE);

@@ -20,8 +20,10 @@ void Rescale(const FacetArrays& arrays, const Array1<float>& values) {
     sum += values[i] * weight;
     squares += static_cast<double>(values[i]) * values[i] * weight;
   }
-  // The sum stands as it is, not squared: the settled form of this scale.
+  // An S.D. would be sqrt(n squares - sum^2) / n. The sum stands as it is, not squared: the settled
+  // form of this scale, which agrees with the S.D. as far as the mean is near 0.
   const double scale = std::sqrt(std::max(0.0, n * squares - sum)) / std::max(n, 0.01);
+  // Without a spread to be told by, values stay.
   const double factor = scale > kTiny ? 1.0 / scale : 1.0;
   for (int i = 1; i <= values.Size(); ++i) {
     // An entry of weight 0 counts for nothing, yet is on the same scale.

@@ -48,6 +48,7 @@ void PointBiserial::Add(int item, int x, double iw, double pw) {
     itemSum_[item] += x * pw;
     return;
   }
+  // Without anybody else on the item, or another item of the person, there is no rest.
   if (iw > 0 && pw < itemCount_[item]) {
     personSums_.Add(x, (itemSum_[item] - x * pw) / (itemCount_[item] - pw), iw);
   }
@@ -56,6 +57,7 @@ void PointBiserial::Add(int item, int x, double iw, double pw) {
   }
 }
 
+// Pearson's product-moment formula from sums; q is n^4 times the product of both variances.
 bool PointBiserial::Correlate(double n, double sx, const Sums& sums, double& correlation) {
   const double q = (n * sums.xx - sx * sx) * (n * sums.rr - sums.r * sums.r);
   if (!(q > 0)) return false;

@@ -8,6 +8,7 @@ namespace vardento {
 
 namespace {
 
+// Spread over all bits: patterns of neighbours differ in few.
 std::uint64_t HashPattern(const std::vector<std::uint64_t>& pattern, bool anchored) {
   std::uint64_t hash = anchored ? 0x9E3779B97F4A7C15U : 0;
   for (const std::uint64_t word : pattern) {
@@ -21,7 +22,7 @@ std::uint64_t HashPattern(const std::vector<std::uint64_t>& pattern, bool anchor
 
 bool ResponseIndex::Allocate(Run& run, int persons) {
   const auto count = static_cast<std::size_t>(persons);
-  const std::size_t slots = std::bit_ceil(2 * count);
+  const std::size_t slots = std::bit_ceil(2 * count);  // half empty at least: a search ends soon
   if (count * 2 * words_ > INT32_MAX || slots > INT32_MAX) return false;  // out of an index's reach
   BlockPlan plan;
   plan.Add(patterns_, static_cast<int>(count * 2 * words_));
@@ -43,6 +44,7 @@ void ResponseIndex::Add(int person, const std::uint8_t* row, bool anchored) {
   }
   const int number = FindClass(pattern_, anchored);
   classOf_[person] = number;
+  // Added from the last to the first, so that the list of a class runs upward.
   next_[person] = first_[number];
   first_[number] = person;
   ++left_[number];
@@ -94,6 +96,7 @@ int ResponseIndex::FirstJoiner(const Frame& frame) {
 void ResponseIndex::Remove(int person) {
   const int number = std::exchange(classOf_[person], 0);
   if (number == 0 || --left_[number] > 0) return;
+  // Swept once half of them are closed: each is moved a few times at most.
   if (2 * ++closed_ < open_.size()) return;
   std::erase_if(open_, [this](int other) { return left_[other] == 0; });
   closed_ = 0;

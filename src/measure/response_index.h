@@ -1,5 +1,6 @@
 // An index of the persons by what they answered, for the connectivity check: persons of the same
-// pattern of low and high responses are one class, tested once.
+// pattern of low and high responses are one class, tested once. Without it every sweep reads all
+// rows again, which many subsets make quadratic in persons.
 #pragma once
 
 #include <cstdint>
@@ -58,7 +59,7 @@ class ResponseIndex {
   }
   // The lowest person that can join, 0 when nobody can.
   int FirstJoiner(const Frame& frame);
-  // The person has joined.
+  // The person has joined; a class that nobody is left in is closed, at some later time.
   void Remove(int person);
   int OpenClasses() const { return static_cast<int>(open_.size()); }
 

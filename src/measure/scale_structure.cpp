@@ -50,6 +50,7 @@ class Renumbering {
  private:
   std::int32_t& StatusAt(int k) { return arrays_.StepStatus[start_ + k]; }
 
+  // A category that nobody was seen in has no finite step. An anchored step stays whoever used it.
   void MarkObserved() {
     for (int k = 0; k <= top_; ++k) {
       if (StatusAt(k) < StepStatus::Unused) continue;
@@ -63,7 +64,9 @@ class Renumbering {
     }
   }
 
-  // Keeps the unobserved categories between observed ones.
+  // STKEEP=Y: an unobserved category between observed ones is taken as an accident of the sample,
+  // and those above it keep their score. At an end of the scale it would change no difference of
+  // scores.
   void KeepUnobserved() {
     int upper = highest_;
     for (int k = highest_ - 1; k > lowest_; --k) {
@@ -80,6 +83,7 @@ class Renumbering {
     }
   }
 
+  // Closes the gaps; codes that lost their category count as missing.
   void Pack() {
     int last = -1;
     for (int j = 0; j <= top_; ++j) {
@@ -123,11 +127,13 @@ class Renumbering {
   CategorySums& sums_;
   ScalePassResult& result_;
   int group_, start_, top_;
-  int highest_ = -1;
-  int lowest_ = 1 << 20;
+  int highest_ = -1;      // highest and lowest category in use
+  int lowest_ = 1 << 20;  // above any
 };
 
-// The step into category k: observations above it (`above`) against those below (`below`).
+// The step into category k, logits: observations above it (`above`) against those below (`below`),
+// as the difficulty of an item for persons of measures B - D (Cohen 1979): mean difference +
+// expansion x log(below / above). Both counts above 0.
 double EstimateStep(const CategorySums::Triple& below, const CategorySums::Triple& above) {
   const double n = below.count + above.count;
   const double sum = below.measure + above.measure;
@@ -137,6 +143,8 @@ double EstimateStep(const CategorySums::Triple& below, const CategorySums::Tripl
   return sum / n + NaturalLog(below.count / above.count) * spread;
 }
 
+// Who passed step k: "R" compares category k with the one below it, in succession ("S") whoever
+// went on has passed it as well.
 CategorySums::Triple ReachOfStep(const RunArrays& arrays, const CategorySums& sums, int group,
                                  int k) {
   const int start = arrays.GroupStart[group];
@@ -147,6 +155,8 @@ CategorySums::Triple ReachOfStep(const RunArrays& arrays, const CategorySums& su
   return above;
 }
 
+// Who failed the step behind category k: with "F" all who are below it, as steps are tried from the
+// top.
 CategorySums::Triple FailuresBelow(const RunArrays& arrays, const CategorySums& sums, int group,
                                    int k) {
   const int start = arrays.GroupStart[group];
@@ -158,7 +168,8 @@ CategorySums::Triple FailuresBelow(const RunArrays& arrays, const CategorySums& 
 }
 
 // Takes the mean off the estimated steps and keeps the largest change. `previous` holds the steps
-// before this pass.
+// before this pass. A shift of all steps is a shift of the items of the group: a mean of 0 parts
+// the two (Andrich 1978).
 void CentreSteps(RunArrays& arrays, int group, double mean, const std::vector<float>& previous,
                  float& stepChange) {
   const int start = arrays.GroupStart[group];
@@ -175,9 +186,9 @@ void EstimateSteps(RunArrays& arrays, const CategorySums& sums, int group, float
   const int start = arrays.GroupStart[group];
   const int top = arrays.GroupTop[group];
   std::vector<float> previous(static_cast<std::size_t>(std::max(top, 0)) + 1, 0.0F);
-  CategorySums::Triple below;
-  double stepSum = 0;
-  int stepCount = 0;
+  CategorySums::Triple below;  // of the nearest category below that anybody used
+  double stepSum = 0;          // of estimated and anchored steps
+  int stepCount = 0;           // of the estimated ones, which alone move
   for (int k = 0; k <= top; ++k) {
     const int position = start + k;
     const int status = arrays.StepStatus[position];
@@ -216,6 +227,7 @@ CategorySums::Triple CategorySums::At(int position) const {
 
 ScalePassResult EstimateScales(Run& run, CategorySums& sums) {
   RunArrays& arrays = run.arrays;
+  // Before packing: MarkObserved judges the positions as they were counted.
   for (int p = 1; p <= run.NCATS; ++p) {
     arrays.CategoryCount[p] = static_cast<float>(sums.At(p).count);
   }

@@ -12,8 +12,8 @@ namespace vardento {
 
 namespace {
 
-constexpr int kLoopLimit = 1000;
-constexpr double kFlat = 1e-9;               // of the maximum
+constexpr int kLoopLimit = 1000;             // a score out of reach ends the search
+constexpr double kFlat = 1e-9;               // of the maximum: closer scores differ by rounding
 constexpr double kLeastInformation = 0.001;  // keeps a standard error finite
 
 // One entry of the other side.
@@ -74,7 +74,8 @@ class ScoreBracket {
     }
   }
 
-  // Where to look next.
+  // Where to look next: a logit further toward the target until two points lie on either side of
+  // it, then between them.
   double Next() const {
     if (!IsComplete()) return low_.measure + (low_.score < target_ ? form_.upward : -form_.upward);
     if (target_ > high_.score) return high_.measure + form_.upward;
@@ -89,8 +90,9 @@ class ScoreBracket {
   double LogOdds(double score) const { return SafeLogOdds(score, maximum_ - score); }
 
   SolverForm form_;
-  double target_, maximum_, wanted_;
-  Point low_, high_;
+  double target_, maximum_;  // score points
+  double wanted_;            // log-odds of the target
+  Point low_, high_;         // toward the lower and the higher score
 };
 
 class ScoreSolver {
@@ -104,6 +106,8 @@ class ScoreSolver {
     for (int g = 1; g <= run.NGROUPS; ++g) {
       ScoredScale& scale = scales_[static_cast<std::size_t>(g)];
       scale.tables = TablesOfGroup(run.arrays, g);
+      // Which steps are in play depends on what was observed, and nothing was: the category is
+      // taken that the score would give on the average.
       const double share = scale.tables.top * target_ / maximum;
       scale.x = std::clamp(static_cast<int>(std::lround(share)), 0, std::max(scale.tables.top, 0));
     }
@@ -133,7 +137,7 @@ class ScoreSolver {
   double Information() const { return information_; }
 
  private:
-  // The expected score at the measure; leaves the information there.
+  // The expected score at the measure (logits); leaves the information there.
   double Expect(double measure) {
     double expected = 0;
     information_ = 0;
@@ -153,11 +157,13 @@ class ScoreSolver {
   SolverForm form_;
   double maximum_, target_;
   std::vector<ScoredScale> scales_;  // by group
-  std::vector<OtherEntry> others_;
-  std::vector<double> p_;
-  double information_ = 0;
+  std::vector<OtherEntry> others_;   // active, with a weight
+  std::vector<double> p_;            // categories 0..MAXCAT
+  double information_ = 0;           // at the last measure tried
 };
 
+// In user units. PAIRED=Y: every comparison stands in the data twice, so half of the information is
+// there.
 ScoreMeasure Report(const Run& run, const UserScale& scale, double measure, double information) {
   const double error = 1.0 / std::sqrt(std::max(std::fabs(information), kLeastInformation));
   const bool paired = run.settings.PAIRED == 'Y';

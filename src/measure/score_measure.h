@@ -1,6 +1,9 @@
 // Score to measure: the measure of a raw score that need not belong to anybody. Two solvers of one
 // form, for a person's score over the active items and an item's score over the active persons.
-// They work on final measures, once the fit pass is over.
+// They work on final measures, once the fit pass is over: the maximum likelihood estimate of one
+// measure with the other side taken as known, found by bracketing, since expected scores change
+// with the measure in one direction alone. Nothing is changed, and nothing fails: a score that the
+// curve does not reach is answered with where the search ended.
 #pragma once
 
 #include "run/run.h"
@@ -10,17 +13,18 @@ namespace vardento {
 struct ScoreMeasure {
   float measure = 0;      // user units
   float error = 0;        // standard error, user units, positive
-  float information = 0;  // per squared logit
+  float information = 0;  // Fisher's, per squared logit; the error is 1 / sqrt(information)
 };
 
 // The measure of a person with this raw score on the active items, found by bisection to 0.01
-// logits. `start`: where the search begins, user units. `maximum`: the largest possible score,
-// above 0. Scores count from 0, as the items' weights have them. A score within EXTRSC= of either
-// end is moved in from it, so that 0 and the maximum have measures too.
+// logits and 0.01 score points. `start`: where the search begins, user units. `maximum`: the
+// largest possible score, above 0. Scores count from 0, as the items' weights have them. A score
+// within EXTRSC= of either end is moved in from it, so that 0 and the maximum have measures too.
 ScoreMeasure MeasureForPersonScore(const Run& run, float start, double score, double maximum);
 
 // The difficulty of an item of the group with this raw score on the active persons, found by
-// interpolation of the log-odds of the score, to a tenth of a score point.
+// interpolation of the log-odds of the score, which are nearly straight in the difficulty, to a
+// tenth of a logit and of a score point.
 ScoreMeasure MeasureForItemScore(const Run& run, int group, float start, double score,
                                  double maximum);
 

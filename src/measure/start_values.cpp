@@ -12,7 +12,7 @@ namespace vardento {
 
 namespace {
 
-constexpr double kScoreFloor = 0.5;        // keeps the log-odds of an extreme score finite
+constexpr double kScoreFloor = 0.5;        // score points: an extreme score's log-odds stay finite
 constexpr float kRangeGrowth = 0.5F;       // logits a range must grow by for another pass
 constexpr float kUnseenChange = 0.00005F;  // logits: the table shows it as .0000
 constexpr int kIterationLimit = 32000;
@@ -24,12 +24,15 @@ StatusByte LostStatus(StatusByte status) {
   return Status::NoResponses;
 }
 
-// sqrt(1 + variance / 2.65): how far log-odds are drawn apart by the spread they were met with.
+// The expansion factor of Cohen 1979, sqrt(1 + variance / 2.65) (see kLogisticSpread): how far
+// log-odds are drawn apart by the spread they were met with. n counts, sum and squares are of
+// measures in logits. Rounding can leave a variance just below 0.
 double Expand(double n, double sum, double squares) {
   const double variance = (squares - sum * sum / n) / n;
   return std::sqrt(std::max(0.0, 1.0 + variance / kLogisticSpread));
 }
 
+// Score points passed against failed, logits.
 double FlooredLogOdds(double passed, double failed) {
   return NaturalLog(std::max(passed, kScoreFloor) / std::max(failed, kScoreFloor));
 }
@@ -72,6 +75,8 @@ ProxRecord StartValues::RunPass() {
   listener_.BeginProxPass();
   ClearPass();
 
+  // Persons first, each by the difficulties of the pass before; items then by the measures with
+  // which persons entered this pass, since their sums were made on the way.
   PassOverPersons();
   firstPass_ = false;
   ExtremeRange persons(run_.settings.NI);
@@ -118,6 +123,8 @@ void StartValues::ClearPass() {
   run_.results.ItemAnchored = run_.results.PersonAnchored = false;
 }
 
+// Under TARGET=Y what is to be matched, and for "S" and "F" what is expected, changes with each
+// response: the joint iteration then has to read them even where none is missing.
 bool StartValues::AllowsComplete() const {
   if (run_.settings.TARGET == 'Y') return false;
   for (int i = 1; i <= run_.settings.NI; ++i) {
@@ -142,6 +149,7 @@ void StartValues::MeasurePerson(int person) {
   PersonScores record;
   if (status >= Status::ExtremeLow) {
     if (run_.inForce.pointBiserial) {
+      // Passes behind the correlation pass write the record anew and carry what it found.
       record.correlation = firstPass_ ? 0.0F : ReadPersonScores(run_, person).correlation;
     }
     sums = AddResponses(person, status);
@@ -188,6 +196,8 @@ StartValues::PersonSums StartValues::AddResponses(int person, StatusByte status)
   return sums;
 }
 
+// Each sum takes the other side's active entries alone: an extreme person or item is measured by
+// them but moves none of them.
 void StartValues::AddObservation(const ItemInHand& hand, int x, StatusByte status, double b,
                                  double pw, PersonSums& sums) {
   const bool personActive = IsActive(status);
@@ -217,6 +227,7 @@ void StartValues::AddObservation(const ItemInHand& hand, int x, StatusByte statu
       categories_.squares[position] += d * d * w;
     }
   }
+  // Scores as the letters count them need the final categories.
   if (counting_) return;
   const ScoreAndMaximum model = ModelScore(x, hand.tables.top, hand.tables.model);
   if (hand.active) {
@@ -229,11 +240,14 @@ void StartValues::AddObservation(const ItemInHand& hand, int x, StatusByte statu
   }
 }
 
+// High and low are meant as the user reads them: a negative USCALE= turns the scale round.
 StatusByte StartValues::ExtremeStatus(bool top) const {
   const bool high = top == (run_.settings.USCALE > 0);
   return high ? Status::ExtremeHigh : Status::ExtremeLow;
 }
 
+// An extreme score has no finite likeliest measure: its entry leaves the sums of the others, which
+// can make others extreme in turn, until a pass finds none.
 StatusByte StartValues::SettlePerson(StatusByte status, PersonSums& sums, float& correlation) {
   StatusByte settled = status;
   if (!(sums.count > 0)) {
@@ -253,6 +267,8 @@ StatusByte StartValues::SettlePerson(StatusByte status, PersonSums& sums, float&
   return settled;
 }
 
+// B = mean of D + expansion x log-odds of the score (Cohen 1979; for items met: Linacre 1994).
+// Scores of more than two categories enter as the score points passed out of those possible.
 void StartValues::MovePerson(int person, StatusByte status, const PersonSums& sums) {
   if (IsAnchored(status)) {
     run_.results.PersonAnchored = true;
@@ -266,6 +282,7 @@ void StartValues::MovePerson(int person, StatusByte status, const PersonSums& su
   b = static_cast<float>(measure);
 }
 
+// Of active entries alone: how an extreme one moves says nothing of convergence.
 void StartValues::KeepLargest(float change, StatusByte status) {
   if (status == Status::Active && std::fabs(change) > std::fabs(largestChange_)) {
     largestChange_ = change;
@@ -309,6 +326,8 @@ StatusByte StartValues::SettleItem(int item, StatusByte status) {
   return status;
 }
 
+// D = mean of B + expansion x log-odds of what was missed, over the persons met. An anchored item
+// stays, and tells by how much its estimate is off the frame that its anchor sets.
 void StartValues::MoveItem(int item, StatusByte status) {
   const ItemSums& sums = items_[item];
   const double n = std::max(sums.count, kTiny);
@@ -327,6 +346,9 @@ void StartValues::MoveItem(int item, StatusByte status) {
   d = static_cast<float>(measure);
 }
 
+// The zero of the scale: the mean of the active items or persons, by weight, or the anchored items.
+// By those the free items move as a whole, as far as the anchored ones' estimates are off their
+// anchors on the average.
 void StartValues::CentreMeasures() {
   RunArrays& arrays = run_.arrays;
   if (CentresOnItems(run_)) {
@@ -358,6 +380,7 @@ void StartValues::CentreMeasures() {
   }
 }
 
+// Half a logit of growth is rough, yet near enough for the joint iteration to start from.
 bool StartValues::MustContinue(const ProxRecord& record, const ProxRecord& last) const {
   if (counting_) return true;
   if (run_.StopRequest == 1) return false;
@@ -374,6 +397,8 @@ bool StartValues::HasSettled(const ProxRecord& record) const {
   return still || iteration_ >= kIterationLimit;
 }
 
+// The first pass in which nothing changed ends the counting for good: a status that changes later
+// leaves the raw sums as they are.
 void StartValues::AdvancePhase() {
   correlationPass_ = !structureChanged_ && counting_;
   if (correlationPass_) counting_ = false;

@@ -56,8 +56,10 @@ class StepUpdate {
     return sum;
   }
 
-  // The correction of every step: the log-odds of expected against observed passes. Returns the
-  // divisor that keeps the largest upward correction at 1 logit.
+  // The correction of every step, logits: the log-odds of expected against observed passes. A step
+  // is passed against the category below it ("R"), or against whoever tried it and failed. Returns
+  // the divisor that keeps the largest upward correction at 1 logit; downward ones do not count in
+  // it.
   double FindCorrections() {
     double observedBelow = 0, expectedBelow = 0;
     double largest = 1;
@@ -70,6 +72,7 @@ class StepUpdate {
       }
       const double observed = Observed(k);
       if (k > 0) {
+        // Who tried the step and did not pass is known by count: tries less expected passes.
         if (model_ != Model::Rating) expectedBelow = observed + observedBelow - Expected(k);
         const double g =
             SafeLogOdds(Expected(k), expectedBelow) - SafeLogOdds(observed, observedBelow);
@@ -86,6 +89,7 @@ class StepUpdate {
     return largest;
   }
 
+  // An anchor on category 0 binds no step, so it does not make the group anchored.
   void MoveSteps(double divisor) {
     for (int k = 1; k <= top_; ++k) anchored_ = anchored_ || StatusAt(k) == StepStatus::Anchored;
     for (int k = 0; k <= top_; ++k) {
@@ -101,6 +105,8 @@ class StepUpdate {
     }
   }
 
+  // In an anchored group the mean that comes off later is of the moves that the anchored steps
+  // would have made: the free ones keep their place among them.
   void MoveStep(int k, double move) {
     if (StatusAt(k) == StepStatus::Active) {
       StepAt(k) = static_cast<float>(StepAt(k) + move);
@@ -117,7 +123,9 @@ class StepUpdate {
     return arrays_.GroupPivotFlag[group_] && !anchored_ && model_ == Model::Rating;
   }
 
-  // The shift that puts the expected score at the pivot; false when the pivot is outside the scale.
+  // The shift (logits) that puts the expected score of a person level with the item at the pivot;
+  // false when the pivot is outside the scale. Newton steps, their divisor no less than T, so that
+  // they fall short rather than past it: what is missing comes with the next iteration.
   bool FindPivotShift(double& shift) {
     const double wanted = static_cast<double>(pivot_) - arrays_.CategoryToCode[start_];
     if (wanted <= 0 || wanted >= top_) return false;
@@ -136,6 +144,7 @@ class StepUpdate {
   }
 
   void Pivot(double shift) {
+    // A kept category has no step to move; the next estimated one moves for it as well.
     double carry = 0;
     for (int k = 1; k <= top_; ++k) {
       if (StatusAt(k) == StepStatus::Kept) carry += shift;
@@ -146,6 +155,7 @@ class StepUpdate {
     }
   }
 
+  // Steps of mean 0 (Andrich 1978): what they have in common is the difficulty of the items.
   void Centre() {
     const double mean = stepSum_ / std::max(stepCount_, 1);
     for (int k = 1; k <= top_; ++k) {
@@ -155,6 +165,7 @@ class StepUpdate {
     }
   }
 
+  // Behind centring: a shift of all steps alike is no change. Of two as large the later stays.
   void KeepChange(int k) {
     const float change = StepAt(k) - previous_[static_cast<std::size_t>(k)];
     if (std::fabs(change) >= std::fabs(result_.change)) result_.change = change;
@@ -163,16 +174,16 @@ class StepUpdate {
   RunArrays& arrays_;
   int group_, start_, top_;
   Model model_;
-  float pivot_;  // score point at which the item difficulty shall stand
-  const Vector1<double>& expected_;
+  float pivot_;                      // score point at which the item difficulty shall stand
+  const Vector1<double>& expected_;  // weighted counts, by position
   const Vector1<double>& target_;
-  StepChange& result_;
-  std::vector<double> correction_;
-  std::vector<float> previous_;
-  std::vector<double> p_;
-  bool anchored_ = false;
-  int stepCount_ = 0;
-  double stepSum_ = 0;
+  StepChange& result_;              // of all groups so far
+  std::vector<double> correction_;  // of step k, logits, not yet divided
+  std::vector<float> previous_;     // step k before the iteration, logits
+  std::vector<double> p_;           // categories 0..T
+  bool anchored_ = false;           // a step of the group is
+  int stepCount_ = 0;               // steps of the mean that Centre takes off
+  double stepSum_ = 0;              // their calibrations, or the moves of the anchored ones; logits
 };
 
 }  // namespace

@@ -9,7 +9,7 @@ namespace vardento {
 
 namespace {
 
-// The running sums of one statistic.
+// The running sums of one statistic, by the entries' weights.
 class StatisticSum {
  public:
   // Nothing for a weight of 0.
@@ -49,7 +49,8 @@ class StatisticSum {
   bool used_ = false;
 };
 
-// What one side of the data adds up.
+// What one side of the data adds up: active entries, and beside them the extreme ones, which have
+// measures and errors but no fit.
 struct FacetSums {
   StatisticSum score, count, measure, error, realError, infit, infitZ, outfit, outfitZ;
   StatisticSum extremeMeasure, extremeError;
@@ -121,6 +122,7 @@ FacetSummary SumUpFacet(Run& run, Facet facet, int measured) {
   summary.realSeparation = SeparationBy(summary.realError, summary.measure);
   summary.allSeparation = SeparationBy(summary.allError, summary.allMeasure);
   summary.allRealSeparation = SeparationBy(summary.allRealError, summary.allMeasure);
+  // The S.D. has the divisor n: over sqrt(n - 1) it gives what a sample's gives over sqrt(n).
   summary.meanError = summary.measure.sd / std::sqrt(std::max(1.0, measured - 1.0));
   return summary;
 }
