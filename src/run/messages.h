@@ -36,7 +36,8 @@ void ReportFileFailure(Run& run, std::string_view name, char operation);
 void KeepFromReport(Run& run, const std::string& name, std::string_view what);
 // Makes sure that a text file the user named can be read and ends with a line end, adding one when
 // it has none. `name` may come back changed by the user. RunIoStatus is 0 when the file is fit, and
-// it is then one of the files in use; in batch mode a file that isn't ends the run.
+// it is then one of the files in use; in batch mode a file that isn't ends the run. Text in UTF-16
+// ends any run, and the file stays as it is.
 void PrepareFile(Run& run, std::string& name);
 
 // Shows the prompt and takes one line of the user. An interrupt, or no more input, ends the run and
