@@ -14,6 +14,10 @@ void WriteConsole(Run& run, std::string_view text);
 // Text of up to 1,024 characters to the console; in batch mode to the standard error stream and,
 // when the report is open, to the report.
 void ReportMessage(Run& run, std::string_view text);
+// The message " WARNING: ", file and line of what is told, then `text`: what was found and what was
+// done. A line of a work file is told as the line of the Control File that it comes from. A file
+// beside the Control File needs no directory.
+void Warn(Run& run, const SourceLine& where, std::string_view text);
 // One plain line of the report, by the rules of ReportOutput::PutLine, with the report's own
 // failure words when it can't be written. Pumps messages until the run is finished.
 void WriteReportText(Run& run, std::string_view line);

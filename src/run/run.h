@@ -15,6 +15,7 @@
 #include "run/phase_clock.h"
 #include "run/report_output.h"
 #include "run/run_arrays.h"
+#include "run/source_line.h"
 #include "run/table_request.h"
 #include "run/work_directory.h"
 #include "run/work_stores.h"
@@ -37,6 +38,7 @@ struct ControlInput {
   TextReader control;
   TextWriter copy;          // ZIN: the control lines as read
   std::string ControlLine;  // the line in hand
+  std::vector<SubListSource> subLists;
 };
 
 struct ProgressBar {
