@@ -90,8 +90,8 @@ void DeriveStates(Run& run) {
   }
   settings.NKEY = std::max(settings.NKEY, settings.KEYFROM);
   if (settings.MISSING != kMissing && settings.MISSING != 0) {
-    WriteConsole(run, "Warning:  Unusual score assigned to missing data. MISSING= " +
-                          IntegerText(settings.MISSING));
+    ReportMessage(run, "Warning:  Unusual score assigned to missing data. MISSING= " +
+                           IntegerText(settings.MISSING));
   }
 }
 
