@@ -64,6 +64,8 @@ TEST(ControlReader, GivesEachLineToTheFirstKeywordThatFits) {
       {"ITEM1=20\nNAME1=5\nDELIM=Y", "30", [](auto& s) { return std::to_string(s.NAMLEN); }},
       {"NAMLEN=999\nITLEN=999", "300 300",
        [](auto& s) { return std::to_string(s.NAMLEN) + " " + std::to_string(s.ITLEN); }},
+      {"NAMLEN=1\nITLEN=1", "1 1",
+       [](auto& s) { return std::to_string(s.NAMLEN) + " " + std::to_string(s.ITLEN); }},
       {"DIF=$S1W1", "$S1W1", [](auto& s) { return s.DIF; }},
   };
   for (const auto& c : cases) {
