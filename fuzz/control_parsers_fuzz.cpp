@@ -41,6 +41,7 @@ void ReadItemListLine(const std::string& text) {
 }
 
 void ReadEntryListLine(std::string text) {
+  if (IsColumnHead(text) && !Trim(text).empty() && text.find('"') == std::string::npos) abort();
   if (CleanListLine(text) && Trim(text).empty()) abort();
   int first = 0, last = 0;
   float value = 0;

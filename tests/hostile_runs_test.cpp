@@ -43,6 +43,13 @@ std::string Bytes(std::size_t count) {
   return text;
 }
 
+// With a byte order mark, low bytes first.
+std::string Utf16(const std::string& text) {
+  std::string wide = "\xFF\xFE";
+  for (const char c : text) wide += {c, '\0'};
+  return wide;
+}
+
 std::string With(const std::string& lines) { return kControl + lines + "&END\n"; }
 
 std::vector<Fault> Faults() {
@@ -77,6 +84,14 @@ std::vector<Fault> Faults() {
        "NON-ASCII DATA CODE"},
       {"DataWithLongLine", With(""), kData + std::string("Ida  0110") + std::string(90000, '1'), 0,
        ""},
+      {"DataInUtf16", With(""), Utf16(kData), 1, "data.txt IS UTF-16 TEXT: SAVE IT AS UTF-8"},
+      {"DataInUtf16WithoutMark", With(""), Utf16(kData).substr(2), 1, "data.txt IS UTF-16 TEXT"},
+      {"ControlFileInUtf16", Utf16(With("")), kData, 1, "control.txt IS UTF-16 TEXT"},
+      {"ControlLinesInUtf16", With("SPFILE=data.txt\n"), Utf16(kData), 1, "data.txt IS UTF-16"},
+      {"ItemLabelsInUtf16", With("ILFILE=data.txt\n"), Utf16(kData), 1, "data.txt IS UTF-16"},
+      {"ListInUtf16", With("IAFILE=data.txt\n"), Utf16(kData), 1, "data.txt IS UTF-16"},
+      {"FormsDataInUtf16", With("MFORMS=*\nD=data.txt\nC1-9=1\n*\n"), Utf16(kData), 1,
+       "data.txt IS UTF-16"},
       {"DataEndWithinARecord", With("FORMAT=(5A,/,2A,/,2A)\n"),
        "Ann  \n11\n00\nBob  \n10\n10\nCid  \n01\n", 1, "ERROR IN DATA AT PERSON"},
       {"AllResponsesAlike", With(""), "Ann  1111\nBob  1111\n", 1, "No Non-Extreme Persons"},

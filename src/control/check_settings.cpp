@@ -22,7 +22,6 @@ constexpr int kMaxLabel = 300;
 constexpr int kDefaultPersonLabel = 30;
 constexpr int kMissing = 255;
 constexpr std::size_t kTitleLength = 60;
-constexpr int kTables = 40;
 
 void PrepareLabelFile(Run& run, std::string& name, std::string_view keyword,
                       std::string_view caption) {
@@ -40,10 +39,8 @@ void PrepareLabelFile(Run& run, std::string& name, std::string_view keyword,
 }
 
 void LimitLines(ControlSettings& settings) {
-  settings.LINELEN = std::clamp(settings.LINELEN, 0, kMaxLineLengthOfReport);
   if (settings.LINELEN == 0) settings.LINELEN = kMaxLineLengthOfReport;
-  settings.MAXPAGE = settings.MAXPAGE < 1 ? 0 : std::max(settings.MAXPAGE, kMinPage);
-  settings.XWIDE = std::max(settings.XWIDE, 1);
+  if (settings.MAXPAGE > 0) settings.MAXPAGE = std::max(settings.MAXPAGE, kMinPage);
 }
 
 void NormaliseFlags(Run& run) {
@@ -55,8 +52,6 @@ void NormaliseFlags(Run& run) {
   }
   if (settings.CSV == 't') settings.CSV = 'T';
   if (settings.CSV != ',' && settings.CSV != 'T') settings.CSV = YesNo(settings.CSV);
-  settings.CURVES = YesNoString(settings.CURVES, 3);
-  if (settings.CURVES == "000") settings.CURVES = "100";
   if (std::string_view("SVUCAMD ").find(settings.OSORT) == std::string_view::npos) {
     ReportMessage(run, "unknown OSORT = \"" + std::string(1, settings.OSORT) + "\"");
     settings.OSORT = ' ';
@@ -84,7 +79,6 @@ void CompleteWords(ControlSettings& settings) {
 void DeriveStates(Run& run) {
   ControlSettings& settings = run.DraftSettings();
   if (settings.CUTLO != 0 || settings.CUTHI != 0 || settings.PAIRED == 'Y') settings.PTBIS = 'N';
-  if (!Trim(settings.TABLES).empty()) settings.TABLES = YesNoString(settings.TABLES, kTables);
   if (settings.RESFROM != 'N') settings.RESCORE = PerItem::Text;
   if (settings.RESCORE == PerItem::NotYet) {
     settings.RESCORE = Trim(settings.NEWSCR).empty() ? PerItem::None : PerItem::Single;
@@ -96,10 +90,9 @@ void DeriveStates(Run& run) {
   }
   // MAKEKEY= needs room for the key that it makes.
   settings.NKEY = std::max({settings.NKEY, settings.KEYFROM, settings.MAKEKEY == 'Y' ? 1 : 0});
-  settings.MISSING = std::min(settings.MISSING, kMissing);
   if (settings.MISSING != kMissing && settings.MISSING != 0) {
-    WriteConsole(run, "Warning:  Unusual score assigned to missing data. MISSING= " +
-                          IntegerText(settings.MISSING));
+    ReportMessage(run, "Warning:  Unusual score assigned to missing data. MISSING= " +
+                           IntegerText(settings.MISSING));
   }
 }
 
@@ -145,11 +138,8 @@ void AdjustCodes(Run& run) {
   }
 }
 
-void CheckScale(ControlSettings& settings) {
-  if (settings.UASCALE == 0) settings.UASCALE = 1;
-  if (settings.USCALE == 0) settings.USCALE = 1;
+void CompleteScale(ControlSettings& settings) {
   if (settings.UASCALE != 1) settings.UANCHOR = 'N';
-  settings.UDECIM = std::clamp(settings.UDECIM, 0, 4);
   settings.numberFormat = "(F8." + IntegerText(settings.UDECIM) + ")";
 }
 
@@ -160,13 +150,11 @@ void CheckRange(Run& run, std::string_view name, int value) {
 }
 
 void SetLabelLengths(ControlSettings& settings) {
-  if (settings.ITLEN < 1 || settings.ITLEN > kMaxLabel) settings.ITLEN = kMaxLabel;
-  if (settings.NAMLEN < 1) {
-    const bool before = settings.NAME1 < settings.ITEM1 && settings.DELIM == ' ';
-    settings.NAMLEN = before ? std::min(settings.ITEM1 - settings.NAME1, kDefaultPersonLabel)
-                             : kDefaultPersonLabel;
-  }
-  settings.NAMLEN = std::min(settings.NAMLEN, kMaxLabel);
+  if (settings.ITLEN == 0) settings.ITLEN = kMaxLabel;
+  if (settings.NAMLEN > 0) return;
+  const bool before = settings.NAME1 < settings.ITEM1 && settings.DELIM == ' ';
+  settings.NAMLEN =
+      before ? std::min(settings.ITEM1 - settings.NAME1, kDefaultPersonLabel) : kDefaultPersonLabel;
 }
 
 void CheckRecordLength(Run& run) {
@@ -202,7 +190,7 @@ void CheckSettings(Run& run) {
   DeriveStates(run);
   CheckCodeCount(run);
   AdjustCodes(run);
-  CheckScale(settings);
+  CompleteScale(settings);
   CheckRange(run, "ITEM1", settings.ITEM1);
   CheckRange(run, "NAME1", settings.NAME1);
   CheckRange(run, "NI", settings.NI);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "control/doubtful_values.h"
 #include "control/keyword_table.h"
 #include "control/keyword_values.h"
 #include "control/parse_number.h"
@@ -22,6 +23,7 @@ bool ApplyStage(Run& run, ControlState& state, KeywordStage stage, float number 
   if (row == nullptr) return false;
   KeywordCall call{run, state, *row, keyword, value, number};
   ApplyKeyword(call);
+  NoteValue(call);
   return true;
 }
 
@@ -57,6 +59,7 @@ bool NextSpecification(Run& run, ControlState& state) {
   while (TakeWord(run, state, word)) {
     if (!fromField && word.find_first_of("=;") == std::string::npos) continue;
     word.resize(std::min<std::size_t>(word.size(), kMaxLineLength));
+    state.place = PlaceOfLine(run, state);
     CopyControlLine(run, state, word);
     return true;
   }
@@ -107,6 +110,7 @@ void ReadControlPass(Run& run, int pass) {
     }
   }
   CloseCopy(run);
+  TellDoubts(run, state);
 }
 
 void ParseControlLine(Run& run, ControlState& state) {

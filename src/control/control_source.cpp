@@ -12,6 +12,10 @@ namespace {
 
 bool IsBlankOrLower(char c) { return static_cast<unsigned char>(c) <= ' '; }
 
+TextReader& ReaderInHand(Run& run, ControlState& state) {
+  return state.supplements.empty() ? run.input.control : state.supplements.back();
+}
+
 [[noreturn]] void FailContinuation(Run& run) {
   FailRun(run,
           " CONTINUATION PROBLEM: TRAILING + THEN LEADING + NOT FOUND: " + run.input.ControlLine);
@@ -63,10 +67,15 @@ bool TakeFieldWord(const std::string& field, ControlState& state, std::string& w
 
 }  // namespace
 
+SourceLine PlaceOfLine(Run& run, ControlState& state) {
+  if (state.ControlSource == kExtraWords) return {};
+  const TextReader& reader = ReaderInHand(run, state);
+  return {reader.Name(), reader.LineNumber()};
+}
+
 int ReadSourceLine(Run& run, ControlState& state, std::string& line, int maxLength, bool copy) {
-  TextReader& reader = state.supplements.empty() ? run.input.control : state.supplements.back();
   line.clear();
-  const int status = reader.ReadLine(line, maxLength);
+  const int status = ReaderInHand(run, state).ReadLine(line, maxLength);
   if (status != kIoOk) line.clear();
   if (status == kIoOk && copy) CopyControlLine(run, state, line);
   return status;
@@ -76,6 +85,7 @@ int ReadLogicalLine(Run& run, ControlState& state) {
   std::string& line = run.input.ControlLine;
   const int status = ReadSourceLine(run, state, line);
   if (status != kIoOk) return status;
+  state.place = PlaceOfLine(run, state);
   for (;;) {
     const std::size_t last = line.find_last_not_of(' ');
     if (last == std::string::npos || line[last] != '+') return kIoOk;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "control/control_line.h"
+#include "control/keyword_table.h"
 #include "platform/text_file.h"
 #include "run/run.h"
 
@@ -25,6 +26,13 @@ inline constexpr int kFirstSupplement = 20;
 // A supplemental file that draws in itself ends here.
 inline constexpr std::size_t kMaxSupplements = 50;
 
+// A value that is used otherwise than it was written, or a line that isn't used.
+struct Doubt {
+  KeywordTarget target;  // where the value is stored
+  SourceLine place;
+  std::string text;
+};
+
 // The state of one pass.
 struct ControlState {
   int ControlPass = kFirstPass;
@@ -35,7 +43,12 @@ struct ControlState {
   std::size_t nextWord = 0;             // words taken, or characters of the prompt's field
   std::vector<TextReader> supplements;  // source 20 and on
   ControlLineParts parts;               // the line in hand
+  SourceLine place;                     // where it begins
+  std::vector<Doubt> doubts;            // in the order of the lines
 };
+
+// Where the line stands that was read last from the source in hand.
+SourceLine PlaceOfLine(Run& run, ControlState& state);
 
 // The next physical line of the file being read, cut at maxLength; a status of io_status.h.
 // Copies the line to the copy of the control lines in the first pass, unless `copy` is off.

@@ -45,6 +45,18 @@ constexpr KeywordRow CharacterRow(View name, View prefixes, char Settings::*targ
                                   View description, Treatment treatment = nullptr) {
   return {name, prefixes, Stage::Words, Kind::Character, target, description, treatment};
 }
+constexpr KeywordRow ChoiceRow(View name, View prefixes, char Settings::*target, View letters,
+                               View description, Treatment treatment = nullptr) {
+  KeywordRow row{name, prefixes, Stage::Words, Kind::Choice, target, description, treatment};
+  row.letters = letters;
+  return row;
+}
+constexpr KeywordRow FlagsRow(View name, View prefixes, int length, Text target, View description,
+                              Treatment treatment = nullptr) {
+  KeywordRow row{name, prefixes, Stage::Words, Kind::Flags, target, description, treatment};
+  row.length = length;
+  return row;
+}
 constexpr KeywordRow TextRow(View name, View prefixes, int length, Text target, View description,
                              Treatment treatment = nullptr, Condition condition = Condition::None) {
   return {name,        prefixes,  Stage::Words, Kind::Text, target,
@@ -57,6 +69,12 @@ constexpr KeywordRow RealRow(View name, View prefixes, float Settings::*target, 
 constexpr KeywordRow IntegerRow(View name, View prefixes, int Settings::*target, View description,
                                 Treatment treatment = nullptr) {
   return {name, prefixes, Stage::Integers, Kind::Integer, target, description, treatment};
+}
+
+constexpr KeywordRow Within(float lowest, float highest, KeywordRow row) {
+  row.lowest = lowest;
+  row.highest = highest;
+  return row;
 }
 
 constexpr KeywordRow kRows[] = {
@@ -94,7 +112,7 @@ constexpr KeywordRow kRows[] = {
                 "classes of persons for differential item functioning"),
     ListFileRow("TFILE", "TF", "TF", &Settings::TFILE, "a list of Tables to print"),
     {"KEYn", "KEY", Stage::Words, Kind::Count, &Settings::NKEY,
-     "right answers of the items; KEY1= and on", CountKey, Condition::IsKeyNumber},
+     "right answers of the items; KEY1= and on", CountKey, Condition::IsKeyLine},
     {"IVALUEx", "IV", Stage::Words, Kind::Count, &Settings::NIVALUE,
      "new codes for the items that IREFER= marks with x", CountIvalue},
     FlagRow("ANCHOR_Q", "AN IAN", &Settings::ANCHOR_Q, "asks for item anchors"),
@@ -104,9 +122,10 @@ constexpr KeywordRow kRows[] = {
     FlagRow("BATCH", "B", &Settings::BATCH, "runs without any prompt", StoreBatch),
     TextRow("CODES", "COD", 1000, &Settings::CODES, "the response codes that are valid",
             StoreCodes),
-    CharacterRow("CSV", "CS", &Settings::CSV,
-                 "form of output files: N fixed columns, Y commas, T tabs"),
-    TextRow("CURVES", "CUR", 3, &Settings::CURVES, "the three category curves to plot"),
+    ChoiceRow("CSV", "CS", &Settings::CSV, ",Tt",
+              "form of output files: N fixed columns, Y commas, T tabs"),
+    FlagsRow("CURVES", "CUR", 3, &Settings::CURVES, "the three category curves to plot",
+             StoreCurves),
     CharacterRow("DELIM", "DELI", &Settings::DELIM, "what separates the fields of a data record",
                  StoreUpperCase),
     FlagRow("IDELQU", "DELQ IDE", &Settings::IDELQU, "asks for item deletions"),
@@ -152,7 +171,7 @@ constexpr KeywordRow kRows[] = {
     FlagRow("STKEEP", "STK STEPK", &Settings::STKEEP,
             "keeps categories that were not observed between others"),
     FlagRow("STEPT3", "STEPT", &Settings::STEPT3, "category structures in Table 3"),
-    TextRow("TABLES", "TAB", 40, &Settings::TABLES, "position n: 1 prints Table n"),
+    FlagsRow("TABLES", "TAB", 40, &Settings::TABLES, "position n: 1 prints Table n"),
     FlagRow("TARGET", "TAR", &Settings::TARGET, "down-weights off-target responses"),
     TextRow("TITLE", "TI", 60, &Settings::TITLE,
             "the title of the pages; blank: name of the Control File"),
@@ -170,8 +189,8 @@ constexpr KeywordRow kRows[] = {
             "no item labels: the item numbers stand for them"),
     TextRow("ISELECT", "ISE", 512, &Settings::ISELECT, "mask of the labels of items to keep",
             StoreMask),
-    CharacterRow("LOCAL", "LOC", &Settings::LOCAL,
-                 "standardises fit in the sample; L: logarithms of mean-squares", StoreLocal),
+    ChoiceRow("LOCAL", "LOC", &Settings::LOCAL, "Ll2",
+              "standardises fit in the sample; L: logarithms of mean-squares", StoreLocal),
     FlagRow("MAKEKEY", "MAK", &Settings::MAKEKEY, "makes a key from the data"),
     FlagRow("MNSQ", "MN ME", &Settings::MNSQ, "mean-squares in fit plots, else standardised fit"),
     FlagRow("MODFROM", "MODF", &Settings::MODFROM, "MODELS= stands in data format before the data"),
@@ -197,8 +216,9 @@ constexpr KeywordRow kRows[] = {
             "score points below the top at which the highest category is quoted", StoreAbsolute),
     RealRow("LOWADJ", "LOW", &Settings::LOWADJ,
             "score points above 0 at which the lowest category is quoted", StoreAbsolute),
-    RealRow("EXTRSC", "EXTRS MM", &Settings::EXTRSC,
-            "score points by which extreme scores are moved; 0.01 to 1", StoreExtremeAdjustment),
+    Within(0.01F, 1,
+           RealRow("EXTRSC", "EXTRS MM", &Settings::EXTRSC,
+                   "score points by which extreme scores are moved; 0.01 to 1", StoreAbsolute)),
     RealRow("FITI", "FITI MFIT2", &Settings::FITI, "size of item misfit that is listed"),
     RealRow("FITP", "FITP MFIT1", &Settings::FITP, "size of person misfit that is listed"),
     RealRow("G0ZONE", "G0 GO", &Settings::G0ZONE, "lower limit for output files to come"),
@@ -228,28 +248,35 @@ constexpr KeywordRow kRows[] = {
     {"EN", "EN", Stage::Integers, Kind::Ignored, {}, "accepted and ignored", AcceptOnly},
     IntegerRow("ISORT", "ISO", &Settings::ISORT, "first label column that items are sorted by"),
     IntegerRow("ITEM1", "ITEM1", &Settings::ITEM1, "first column of the responses"),
-    IntegerRow("ITLEN", "ITL", &Settings::ITLEN, "length of item labels; 0: as long as they are"),
+    Within(0, 300,
+           IntegerRow("ITLEN", "ITL", &Settings::ITLEN,
+                      "length of item labels; 0: as long as they are")),
     IntegerRow("T1I", "T1I", &Settings::T1I, "items for each mark in Table 1", StoreAbsolute),
     IntegerRow("KEYFROM", "KEYF", &Settings::KEYFROM,
                "number of keys in data format before the data"),
-    IntegerRow("LINELEN", "LI", &Settings::LINELEN, "characters on a line of the report; 0: all"),
-    IntegerRow("MAXPAGE", "MAX", &Settings::MAXPAGE, "lines on a page; 0: no limit"),
-    IntegerRow("MISSING", "MI", &Settings::MISSING,
-               "score of a response not in CODES=; 255: missing"),
+    Within(0, 500,
+           IntegerRow("LINELEN", "LI", &Settings::LINELEN,
+                      "characters on a line of the report; 0: all")),
+    Within(0, kAnyNumber,
+           IntegerRow("MAXPAGE", "MAX", &Settings::MAXPAGE, "lines on a page; 0: no limit")),
+    Within(-kAnyNumber, 255,
+           IntegerRow("MISSING", "MI", &Settings::MISSING,
+                      "score of a response not in CODES=; 255: missing")),
     IntegerRow("MPROX", "MP", &Settings::MPROX, "limit of PROX iterations"),
     IntegerRow("MUCON", "MU", &Settings::MUCON, "limit of joint iterations; 0: none"),
     IntegerRow("NAME1", "NAME1", &Settings::NAME1, "first column of the person label"),
-    IntegerRow("NAMLEN", "NAMLE NAMELE", &Settings::NAMLEN,
-               "length of person labels; 0: up to the responses"),
+    Within(0, 300,
+           IntegerRow("NAMLEN", "NAMLE NAMELE", &Settings::NAMLEN,
+                      "length of person labels; 0: up to the responses")),
     IntegerRow("NAMLMP", "NAMLM NAML6 NAMELM", &Settings::NAMLMP,
                "length of person labels in maps"),
     {"NC", "NC", Stage::Integers, Kind::Ignored, {}, "accepted and ignored", AcceptOnly},
     IntegerRow("NI", "NI", &Settings::NI, "number of items"),
     IntegerRow("T1P", "T1P", &Settings::T1P, "persons for each mark in Table 1", StoreAbsolute),
     IntegerRow("PSORT", "PSO", &Settings::PSORT, "first label column that persons are sorted by"),
-    IntegerRow("UDECIM", "UD", &Settings::UDECIM, "decimals of measures in Tables, 0 to 4",
-               StoreDecimals),
-    IntegerRow("XWIDE", "XW", &Settings::XWIDE, "columns of one response"),
+    Within(0, 4,
+           IntegerRow("UDECIM", "UD", &Settings::UDECIM, "decimals of measures in Tables, 0 to 4")),
+    Within(1, kAnyNumber, IntegerRow("XWIDE", "XW", &Settings::XWIDE, "columns of one response")),
     {"KEYn",
      "KEY",
      Stage::PerItem,
@@ -257,7 +284,7 @@ constexpr KeywordRow kRows[] = {
      {},
      "the key itself",
      StoreKey,
-     Condition::IsKeyNumber},
+     Condition::IsKeyLine},
     {"IVALUEx", "IV", Stage::PerItem, Kind::PerItem, {}, "the value table itself", StoreIvalue},
     {"GROUPS", "GRO", Stage::PerItem, Kind::PerItem, {}, "the text itself", StorePerItemText},
     {"MODELS", "MODE", Stage::PerItem, Kind::PerItem, {}, "the text itself", StorePerItemText},
@@ -280,8 +307,8 @@ bool Holds(Condition condition, View keyword, View value, int pass) {
       return value.starts_with('*');
     case Condition::NotItem1:
       return !keyword.starts_with("ITEM1");
-    case Condition::IsKeyNumber:
-      return KeyNumber(keyword) >= 0;
+    case Condition::IsKeyLine:
+      return !keyword.starts_with("KEYS") && !keyword.starts_with("KEYF");
     case Condition::NotSpecification:
       return pass != kSpecificationPass;
     case Condition::None:

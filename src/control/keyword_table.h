@@ -3,6 +3,7 @@
 // reference page is printed from the same rows.
 #pragma once
 
+#include <limits>
 #include <span>
 #include <string_view>
 #include <variant>
@@ -25,6 +26,8 @@ enum class KeywordKind {
   ListFile,
   File,
   Flag,       // "Y" or "N" once checked
+  Flags,      // a text of "1" and "0", a flag in each place
+  Choice,     // a flag or one of the row's letters
   Character,  // one character as given
   Text,
   PerItem,  // how a per-item variable is given; the text itself is stored in the second pass
@@ -35,11 +38,13 @@ enum class KeywordKind {
 };
 
 // What must hold besides the prefix.
-enum class KeywordCondition { None, ValueIsList, NotItem1, IsKeyNumber, NotSpecification };
+enum class KeywordCondition { None, ValueIsList, NotItem1, IsKeyLine, NotSpecification };
 
 using KeywordTarget =
     std::variant<std::monostate, std::string ControlSettings::*, char ControlSettings::*,
                  int ControlSettings::*, float ControlSettings::*>;
+
+inline constexpr float kAnyNumber = std::numeric_limits<float>::max();
 
 struct KeywordRow {
   std::string_view name;      // as users write it, without "="
@@ -52,6 +57,9 @@ struct KeywordRow {
   void (*treatment)(KeywordCall& call) = nullptr;
   KeywordCondition condition = KeywordCondition::None;
   int length = 0;                             // characters kept of a text
+  std::string_view letters{};                 // of a choice: what it may be besides a flag
+  float lowest = -kAnyNumber;                 // of a number: smaller ones count as this,
+  float highest = kAnyNumber;                 // larger ones as that
   std::string_view listTag{};                 // two letters of a sub-list's work file
   int ControlSettings::*listState = nullptr;  // set to List by a sub-list or file
 };
@@ -65,7 +73,8 @@ std::span<const KeywordRow> KeywordTable();
 const KeywordRow* FindKeyword(KeywordStage stage, std::string_view keyword, std::string_view value,
                               int pass);
 
-// The number in a keyword such as "KEY12", 1 when there is none; -1 for one that is no key line.
+// The number in a keyword such as "KEY12", 1 when there is none; -1 when something else stands
+// there.
 int KeyNumber(std::string_view keyword);
 
 }  // namespace vardento

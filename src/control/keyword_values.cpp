@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "control/doubtful_values.h"
 #include "control/parse_number.h"
 #include "control/sub_lists.h"
 #include "run/messages.h"
@@ -58,6 +59,17 @@ void StoreListFile(KeywordCall& call) {
   if (call.row.listState == &ControlSettings::MODELS) call.Settings().MODEL_LETTER = ' ';
 }
 
+std::string FlagsOf(const KeywordCall& call) { return YesNoString(call.value, call.row.length); }
+
+void StoreNumber(const KeywordCall& call, float number) {
+  number = std::clamp(number, call.row.lowest, call.row.highest);
+  if (call.row.kind == KeywordKind::Integer) {
+    Target<int>(call) = static_cast<int>(number);
+  } else {
+    Target<float>(call) = number;
+  }
+}
+
 // Characters of one text with a place for each item.
 std::size_t PerItemWidth(const ControlSettings& settings) {
   return static_cast<std::size_t>(settings.NI) * static_cast<std::size_t>(settings.XWIDE);
@@ -79,16 +91,17 @@ void ApplyKeyword(KeywordCall& call) {
     case KeywordKind::Text:
       Target<std::string>(call) = CutText(call.value, call.row.length);
       return;
+    case KeywordKind::Flags:
+      Target<std::string>(call) = call.IsBlank() ? "" : FlagsOf(call);
+      return;
     case KeywordKind::Flag:
+    case KeywordKind::Choice:
     case KeywordKind::Character:
       Target<char>(call) = call.value.front();
       return;
     case KeywordKind::Real:
-      Target<float>(call) = call.number;
-      return;
     case KeywordKind::Integer:
-      Target<int>(call) = static_cast<int>(call.number);
-      return;
+      return StoreNumber(call, call.number);
     case KeywordKind::PerItem:
     case KeywordKind::Count:
     case KeywordKind::Ignored:
@@ -103,8 +116,10 @@ void OpenSupplementFile(KeywordCall& call) {
 }
 
 void CountKey(KeywordCall& call) {
+  const int key = KeyNumber(call.keyword);
+  if (key < 1) return NoteUnusedLine(call, "NO KEY NUMBER");
   int& count = call.Settings().NKEY;
-  count = std::max(count, KeyNumber(call.keyword));
+  count = std::max(count, key);
 }
 
 void CountIvalue(KeywordCall& call) {
@@ -125,6 +140,12 @@ void StoreBatch(KeywordCall& call) {
 void StoreCodes(KeywordCall& call) {
   call.Settings().CODES = call.value.substr(0, kMaxCodesLength);
   call.Settings().CODES_LENGTH = static_cast<int>(call.value.size());
+}
+
+// At least one curve is drawn.
+void StoreCurves(KeywordCall& call) {
+  const std::string curves = FlagsOf(call);
+  Target<std::string>(call) = curves == "000" ? "100" : curves;
 }
 
 void StoreUpperCase(KeywordCall& call) { Target<char>(call) = UpperCase(call.value.front()); }
@@ -170,18 +191,7 @@ void StoreMask(KeywordCall& call) {
   Target<std::string>(call) = CutText(mask, call.row.length);
 }
 
-void StoreAbsolute(KeywordCall& call) {
-  const float size = std::fabs(call.number);
-  if (call.row.kind == KeywordKind::Integer) {
-    Target<int>(call) = static_cast<int>(size);
-  } else {
-    Target<float>(call) = size;
-  }
-}
-
-void StoreExtremeAdjustment(KeywordCall& call) {
-  Target<float>(call) = std::clamp(std::fabs(call.number), 0.01F, 1.0F);
-}
+void StoreAbsolute(KeywordCall& call) { StoreNumber(call, std::fabs(call.number)); }
 
 void StoreItemMean(KeywordCall& call) {
   call.Settings().UMEAN = call.number;
@@ -195,10 +205,6 @@ void StorePersonMean(KeywordCall& call) {
 
 void StoreScale(KeywordCall& call) {
   Target<float>(call) = call.number == 0.0F ? 1.0F : call.number;
-}
-
-void StoreDecimals(KeywordCall& call) {
-  Target<int>(call) = static_cast<int>(std::clamp(call.number, 0.0F, 4.0F));
 }
 
 void AcceptOnly(KeywordCall&) {}

@@ -30,6 +30,7 @@ void CountKey(KeywordCall& call);
 void CountIvalue(KeywordCall& call);
 void StoreBatch(KeywordCall& call);
 void StoreCodes(KeywordCall& call);
+void StoreCurves(KeywordCall& call);
 void StoreUpperCase(KeywordCall& call);
 void StoreGroupsState(KeywordCall& call);
 void StoreIreferState(KeywordCall& call);
@@ -40,11 +41,9 @@ void StoreMask(KeywordCall& call);
 
 // Treatments of numbers.
 void StoreAbsolute(KeywordCall& call);
-void StoreExtremeAdjustment(KeywordCall& call);
 void StoreItemMean(KeywordCall& call);
 void StorePersonMean(KeywordCall& call);
 void StoreScale(KeywordCall& call);
-void StoreDecimals(KeywordCall& call);
 void AcceptOnly(KeywordCall& call);
 
 // Treatments of the second pass.

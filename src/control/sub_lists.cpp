@@ -40,6 +40,15 @@ ListEvent NextListLine(Run& run, ControlState& state, std::string& line) {
   FatalFileFailure(run, name, operation);
 }
 
+// Remembers where the lines of the list come from; a list of this name that was read before is
+// gone.
+SubListSource& NewSource(Run& run, ControlState& state, const std::string& workFile) {
+  std::vector<SubListSource>& lists = run.input.subLists;
+  std::erase_if(lists, [&](const SubListSource& list) { return list.workFile == workFile; });
+  lists.push_back({workFile, PlaceOfLine(run, state).file, {}});
+  return lists.back();
+}
+
 void CheckClosed(Run& run, const ControlState& state, ListEvent event) {
   if (event == ListEvent::NotClosed) {
     FailRun(run, " NO LINE WITH * FOUND MATCHING " + state.parts.keyword);
@@ -50,14 +59,17 @@ void CheckClosed(Run& run, const ControlState& state, ListEvent event) {
 
 void ReadSubList(Run& run, ControlState& state, std::string& fileName, std::string_view tag) {
   TextWriter writer;
+  SubListSource* source = nullptr;
   std::string line;
   ListEvent event = NextListLine(run, state, line);
   if (event == ListEvent::Line) {
     fileName = run.workDirectory.NameOf("Z" + std::string(tag));
     const int status = writer.Open(fileName, FileMode::ReplacePrivate);
     if (status != kIoOk) FailWorkFile(run, fileName, status, 'O');
+    source = &NewSource(run, state, fileName);
   }
   for (; event == ListEvent::Line; event = NextListLine(run, state, line)) {
+    source->lines.push_back(PlaceOfLine(run, state).line);
     const int status = writer.WriteLine(TrimRight(line));
     if (status != kIoOk) FailWorkFile(run, fileName, status, 'W');
   }

@@ -31,7 +31,7 @@ struct ResponseEdit {
 
 // The quotes stay: they mark a code.
 void CleanEditLine(std::string& line) {
-  line.resize(std::min(line.find(';'), line.size()));
+  line.resize(std::min(line.find(';'), std::min<std::size_t>(line.size(), kListLineLength)));
   for (char& c : line) {
     if (c == ',' || c == '+' || static_cast<unsigned char>(c) < ' ') c = ' ';
   }
@@ -153,21 +153,18 @@ void TellMissingMemory(Run& run, std::size_t bytes) {
 
 void EditData(Run& run) {
   std::string name = run.settings.EDFILE;
-  TextReader reader;
-  OpenListFileOrEnd(run, reader, name,
-                    "Edit data EDFILE =", " Processing EDFILE= data edit from: ");
+  ListFile list(run, "EDFILE");
+  list.OpenOrEnd(name, "Edit data EDFILE =", " Processing EDFILE= data edit from: ");
   std::vector<std::uint8_t> row(static_cast<std::size_t>(run.settings.NI));
   std::string line;
-  int status = kIoOk;
-  while (run.StopRequest != 1 && (status = reader.ReadLine(line, kListLineLength)) == kIoOk) {
-    PumpMessages(run);
+  while (run.StopRequest != 1 && list.NextAsItStands(line)) {
     CleanEditLine(line);
     ResponseEdit edit;
-    if (ParseEdit(run, line, edit)) ApplyEdit(run, edit, row);
-  }
-  if (status != kIoOk && status != kIoEndOfFile) {
-    run.RunIoStatus = status;
-    FatalFileFailure(run, name, 'I');
+    if (ParseEdit(run, line, edit)) {
+      ApplyEdit(run, edit, row);
+    } else {
+      list.Refuse();
+    }
   }
   FlushPersonFiles(run);
 }

@@ -9,8 +9,8 @@ namespace vardento {
 // in DATA=. A fault in an instruction or a file ends the run.
 void ConvertForms(Run& run);
 
-// Changes category numbers of coded rows by EDFILE=. A line whose entries can't be read is skipped;
-// a file that can't be read ends the run.
+// Changes category numbers of coded rows by EDFILE=. Lines whose entries can't be read are skipped
+// with one warning; a file that can't be read ends the run.
 void EditData(Run& run);
 
 // Builds key 1, of score 1, from the most frequent code of each item among the persons and items

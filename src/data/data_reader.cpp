@@ -64,7 +64,7 @@ class Intake {
         StorePerson();
       } else if (run_.personsRead == run_.personCapacity + 1) {
         EndDots();
-        WriteConsole(run_, "PERSONS SKIPPED AFTER " + IntegerText(run_.NPERS));
+        ReportMessage(run_, "PERSONS SKIPPED AFTER " + IntegerText(run_.NPERS));
       }
     }
     EndDots();

@@ -24,10 +24,7 @@ bool FieldCursor::Next(std::string_view& field) {
   if (done_) return false;
   next_ = std::min(record_.find_first_not_of(' ', next_), record_.size());
   start_ = next_;
-  if (delimiter_ == ' ' && next_ == record_.size()) {
-    done_ = true;
-    return false;
-  }
+  if (delimiter_ == ' ' && next_ == record_.size()) return false;
   std::size_t end = std::string_view::npos;
   const char quote = next_ < record_.size() ? record_[next_] : ' ';
   const bool quoted = (quote == '"' || quote == '\'') && quote != delimiter_;
@@ -58,7 +55,8 @@ void SplitDelimited(std::string_view record, const ControlSettings& settings, st
     if (number == settings.NAME1) field.copy(label.data(), labelWidth);
     if (number >= settings.ITEM1 && number <= lastCode) {
       const auto item = static_cast<std::size_t>(number - settings.ITEM1);
-      field.copy(codes.data() + item * width, width);
+      const std::string_view code = field.substr(0, width);
+      codes.replace(item * width, code.size(), code);
     }
   }
 }

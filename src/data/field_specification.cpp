@@ -90,23 +90,15 @@ class FieldParser {
   std::string problem_;
 };
 
-std::string FinishValue(std::string value, bool found) {
-  if (!found) return "";
-  BlankControlCharacters(value);
-  return std::string(Trim(value));
-}
-
 // Joins the pieces; `take` gives the text of a field.
 template <class Take>
 std::string JoinPieces(const FieldSpecification& specification, Take take) {
   std::string value;
-  bool found = false;
   for (const FieldSpecification::Piece& piece : specification.pieces) {
-    const std::string_view text = piece.first == 0 ? piece.literal : take(piece);
-    found = found || (piece.first > 0 && !Trim(text).empty());
-    value += text;
+    value += piece.first == 0 ? std::string_view(piece.literal) : take(piece);
   }
-  return FinishValue(std::move(value), found);
+  BlankControlCharacters(value);
+  return std::string(Trim(value));
 }
 
 }  // namespace

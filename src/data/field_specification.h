@@ -31,8 +31,7 @@ FieldSpecification ParseFieldSpecification(Run& run, std::string_view keyword,
                                            std::string_view text);
 
 // The value: columns of `record` and literals, joined, without control characters and blanks
-// around it. Columns behind the end of the record are blank. A value whose fields are all blank is
-// blank, whatever the literals.
+// around it. Columns behind the end of the record are blank; literals count where fields are blank.
 std::string ExtractField(const FieldSpecification& specification, std::string_view record);
 // The same with the fields of a record that `delimiter` sets apart in the place of columns.
 std::string ExtractDelimitedField(const FieldSpecification& specification, std::string_view record,

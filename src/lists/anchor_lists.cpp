@@ -33,12 +33,12 @@ void PartFixedColumns(std::string& line) {
 class AnchorList {
  public:
   AnchorList(Run& run, Array1<StatusByte> status, std::vector<Anchor>& anchors, EntryWords words,
-             std::string caption)
+             std::string_view variable)
       : run_(run),
         status_(status),
         anchors_(anchors),
         words_(std::move(words)),
-        caption_(std::move(caption)) {}
+        variable_(variable) {}
 
   void Read(char askFlag, std::string fileName) {
     anchors_.clear();
@@ -51,17 +51,18 @@ class AnchorList {
 
  private:
   void ApplyFile(std::string& name) {
-    TextReader reader;
-    OpenListFileOrEnd(run_, reader, name, caption_,
-                      " Processing " + words_.label + " Anchors from: ");
+    ListFile list(run_, variable_);
+    list.OpenOrEnd(name, "Edit " + words_.label + " Anchor " + std::string(variable_) + "=",
+                   " Processing " + words_.label + " Anchors from: ");
     std::string line;
-    while (ReadListLine(run_, reader, name, line, true)) {
+    while (list.Next(line, true)) {
       int first = 0, last = 0;
       float value = 0;
       bool failed = false;
       PartFixedColumns(line);
       ParseListLine(line, first, value, failed, last);
-      if (first > 0 && !failed) Fix(OrderRange(first, last, status_.Size()), value);
+      const bool good = first > 0 && !failed && Fix(OrderRange(first, last, status_.Size()), value);
+      if (!good) list.Refuse();
     }
   }
 
@@ -82,30 +83,31 @@ class AnchorList {
     }
   }
 
-  // An entry keeps its first anchor; one that was left out takes none.
-  void Fix(const EntryRange& range, float value) {
+  // An entry keeps its first anchor; one that was left out takes none. False for a value beyond all
+  // measures.
+  bool Fix(const EntryRange& range, float value) {
     const ControlSettings& settings = run_.settings;
     const float logits = settings.UANCHOR == 'Y' ? (value - settings.UMEAN) / settings.USCALE
                                                  : value / settings.UASCALE;
-    if (!std::isfinite(logits)) return;
+    if (!std::isfinite(logits)) return false;
     for (int entry = range.first; entry <= range.last; ++entry) {
       if (status_[entry] != Status::Active) continue;
       status_[entry] = Status::Anchored;
       anchors_.push_back({entry, logits});
     }
+    return true;
   }
 
   Run& run_;
   Array1<StatusByte> status_;
   std::vector<Anchor>& anchors_;
   EntryWords words_;
-  std::string caption_;
+  std::string_view variable_;
 };
 
 void ReadAnchors(Run& run, Array1<StatusByte> status, std::vector<Anchor>& anchors, char askFlag,
-                 const std::string& fileName, const EntryWords& words, const std::string& keyword) {
-  AnchorList(run, status, anchors, words, "Edit " + words.label + " Anchor " + keyword + "=")
-      .Read(askFlag, fileName);
+                 const std::string& fileName, const EntryWords& words, std::string_view variable) {
+  AnchorList(run, status, anchors, words, variable).Read(askFlag, fileName);
 }
 
 }  // namespace

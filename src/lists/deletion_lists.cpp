@@ -13,12 +13,12 @@ namespace {
 class DeletionList {
  public:
   DeletionList(Run& run, Array1<StatusByte> status, std::string fileName, EntryWords words,
-               std::string caption)
+               std::string_view variable)
       : run_(run),
         status_(status),
         fileName_(std::move(fileName)),
         words_(std::move(words)),
-        caption_(std::move(caption)) {}
+        variable_(variable) {}
 
   void Read(char askFlag) {
     std::fill(status_.begin(), status_.end(), Status::Active);
@@ -45,10 +45,13 @@ class DeletionList {
   }
 
   bool ApplyFile(std::string& name) {
-    TextReader reader;
-    if (!OpenListFile(run_, reader, name, caption_, "")) return false;
+    ListFile list(run_, variable_);
+    const std::string caption = "Edit " + words_.label + " Delete " + std::string(variable_) + "=";
+    if (!list.Open(name, caption, "")) return false;
     std::string line;
-    while (ReadListLine(run_, reader, name, line, true)) ApplyLine(line);
+    while (list.Next(line, true)) {
+      if (!ApplyLine(line)) list.Refuse();
+    }
     return true;
   }
 
@@ -80,35 +83,36 @@ class DeletionList {
     TakeEntryRange(text, last, none);
   }
 
-  void ApplyLine(std::string& line) {
+  // False when the line names no entry.
+  bool ApplyLine(std::string& line) {
     const bool keeps = line.find('+') != std::string::npos;
     int first = 0, last = 0;
     ParseDeletion(line, first, last);
-    if (first == 0 && last == 0) return;
+    if (first == 0 && last == 0) return false;
     if (keeps && run_.DefaultKept) {
       run_.DefaultKept = false;
       std::fill(status_.begin(), status_.end(), Status::Deleted);
     }
     const EntryRange range = OrderRange(first, last, status_.Size());
-    if (range.first > range.last) return;
+    if (range.first > range.last) return true;
     std::fill(&status_[range.first], &status_[range.last] + 1,
               keeps ? Status::Active : Status::Deleted);
     run_.HighestMarked = std::max(run_.HighestMarked, range.last);
     marked_ = true;
+    return true;
   }
 
   Run& run_;
   Array1<StatusByte> status_;
   std::string fileName_;
   EntryWords words_;
-  std::string caption_;
+  std::string_view variable_;
   bool marked_ = false;
 };
 
 void ReadDeletions(Run& run, Array1<StatusByte> status, char askFlag, const std::string& fileName,
-                   const EntryWords& words, const std::string& keyword) {
-  DeletionList(run, status, fileName, words, "Edit " + words.label + " Delete " + keyword + "=")
-      .Read(askFlag);
+                   const EntryWords& words, std::string_view variable) {
+  DeletionList(run, status, fileName, words, variable).Read(askFlag);
 }
 
 // "ITEM DELETIONS: 3 7-9": the deleted items in runs of neighbours, on lines of about 70 columns.

@@ -1,7 +1,8 @@
 // Lists that change single entries before estimation: deletions, anchors, weights, pivots, steps.
 // Each is a file or a sub-list of the Control File; deletions and anchors can be typed as well,
-// when the run is not in batch mode and the variable for it is on. A line that makes no sense is
-// passed over, except in PIVOT=. All of them fill run.given.
+// when the run is not in batch mode and the variable for it is on. Lines that make no sense are
+// passed over, with one warning for the list; in PIVOT= they end the run. All of them
+// fill run.given.
 #pragma once
 
 #include "run/run.h"

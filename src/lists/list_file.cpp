@@ -1,42 +1,69 @@
 #include "lists/list_file.h"
 
+#include "control/control_line.h"
 #include "lists/list_line.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
+#include "text/number_text.h"
 
 namespace vardento {
 
-bool OpenListFile(Run& run, TextReader& reader, std::string& fileName, std::string_view caption,
-                  std::string_view announcement) {
-  AddEditEntry(run, caption, fileName);
-  WriteConsole(run, std::string(announcement) + fileName);
-  PrepareFile(run, fileName);
-  if (run.RunIoStatus != kIoOk) return false;
-  run.RunIoStatus = reader.Open(fileName);
-  if (run.RunIoStatus == kIoOk) return true;
-  ReportFileFailure(run, fileName, 'I');
+bool ListFile::Open(std::string& fileName, std::string_view caption,
+                    std::string_view announcement) {
+  AddEditEntry(run_, caption, fileName);
+  WriteConsole(run_, std::string(announcement) + fileName);
+  PrepareFile(run_, fileName);
+  if (run_.RunIoStatus != kIoOk) return false;
+  run_.RunIoStatus = reader_.Open(fileName);
+  if (run_.RunIoStatus == kIoOk) return true;
+  ReportFileFailure(run_, fileName, 'I');
   return false;
 }
 
-void OpenListFileOrEnd(Run& run, TextReader& reader, std::string& fileName,
-                       std::string_view caption, std::string_view announcement) {
-  if (OpenListFile(run, reader, fileName, caption, announcement)) return;
-  run.RunIoStatus = -1;
-  EndRun(run);
+void ListFile::OpenOrEnd(std::string& fileName, std::string_view caption,
+                         std::string_view announcement) {
+  if (Open(fileName, caption, announcement)) return;
+  run_.RunIoStatus = -1;
+  EndRun(run_);
 }
 
-bool ReadListLine(Run& run, TextReader& reader, const std::string& fileName, std::string& line,
-                  bool skipTitles) {
-  for (;;) {
-    PumpMessages(run);
-    const int status = reader.ReadLine(line);
-    if (status == kIoEndOfFile) return false;
-    if (status != kIoOk) {
-      run.RunIoStatus = status;
-      FatalFileFailure(run, fileName, 'I');
-    }
+bool ListFile::Next(std::string& line, bool skipTitles) {
+  while (NextAsItStands(line)) {
     if (CleanListLine(line, skipTitles)) return true;
   }
+  return false;
+}
+
+bool ListFile::NextAsItStands(std::string& line) {
+  PumpMessages(run_);
+  const int status = reader_.ReadLine(asItStands_);
+  if (status == kIoEndOfFile) {
+    TellRefused();
+    return false;
+  }
+  if (status != kIoOk) {
+    run_.RunIoStatus = status;
+    FatalFileFailure(run_, reader_.Name(), 'I');
+  }
+  line = asItStands_;
+  return true;
+}
+
+void ListFile::Refuse() {
+  std::string text = asItStands_;
+  if (IsColumnHead(text) || !CleanListLine(text, true)) return;
+  if (++refused_ > 1) return;
+  firstPlace_ = reader_.LineNumber();
+  firstText_ = asItStands_.substr(0, kListLineLength);
+  RemoveComment(firstText_);
+}
+
+void ListFile::TellRefused() {
+  if (refused_ == 0) return;
+  const std::string count =
+      refused_ == 1 ? "1 LINE NOT USED: " : IntegerText(refused_) + " LINES NOT USED, THE FIRST: ";
+  Warn(run_, {reader_.Name(), firstPlace_},
+       std::string(variable_) + "= " + count + std::string(Trim(firstText_)));
 }
 
 }  // namespace vardento

@@ -9,18 +9,39 @@
 
 namespace vardento {
 
-// Registers the list with the Edit menu under `caption`, says `announcement` and its name on the
-// console, and opens it. False when it can't be read: run.RunIoStatus tells why, the user has been
-// told, and a batch run is over.
-bool OpenListFile(Run& run, TextReader& reader, std::string& fileName, std::string_view caption,
-                  std::string_view announcement);
-// As OpenListFile, for lists that a run can't do without.
-void OpenListFileOrEnd(Run& run, TextReader& reader, std::string& fileName,
-                       std::string_view caption, std::string_view announcement);
+// One list while it is read. The lines that make no sense are told in one warning at its end.
+class ListFile {
+ public:
+  // The list of the control variable `variable`, such as "IAFILE".
+  ListFile(Run& run, std::string_view variable) : run_(run), variable_(variable) {}
 
-// The next line that isn't blank once it has been cleaned; false at the end of the file. A read
-// failure ends the run. `skipTitles` as for CleanListLine.
-bool ReadListLine(Run& run, TextReader& reader, const std::string& fileName, std::string& line,
-                  bool skipTitles = false);
+  // Registers the list with the Edit menu under `caption`, says `announcement` and its name on the
+  // console, and opens it. False when it can't be read: run.RunIoStatus tells why, the user has
+  // been told, and a batch run is over.
+  bool Open(std::string& fileName, std::string_view caption, std::string_view announcement);
+  // As Open, for lists that a run can't do without.
+  void OpenOrEnd(std::string& fileName, std::string_view caption, std::string_view announcement);
+
+  // The next line that isn't blank once it has been cleaned; false at the end of the list. A read
+  // failure ends the run. `skipTitles` as for CleanListLine.
+  bool Next(std::string& line, bool skipTitles = false);
+  // The next line as it stands.
+  bool NextAsItStands(std::string& line);
+
+  // The line given last makes no sense and is passed over. Blank lines, comments, titles and heads
+  // of columns are not counted as such.
+  void Refuse();
+
+ private:
+  void TellRefused();
+
+  Run& run_;
+  std::string_view variable_;
+  TextReader reader_;
+  std::string asItStands_;  // the line given last
+  int refused_ = 0;
+  int firstPlace_ = 0;     // line number of the first line refused
+  std::string firstText_;  // and what stands there
+};
 
 }  // namespace vardento

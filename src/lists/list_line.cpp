@@ -67,6 +67,20 @@ bool CleanListLine(std::string& line, bool skipTitles) {
   return !Trim(line).empty();
 }
 
+bool IsColumnHead(std::string_view line) {
+  for (line = Trim(line); !line.empty();) {
+    const std::size_t end = line.front() == '"' ? line.find('"', 1) : line.npos;
+    if (end == line.npos) return false;
+    float value = 0;
+    bool failed = false;
+    ParseListValue(Trim(line.substr(1, end - 1)), value, failed);
+    if (!failed) return false;
+    line.remove_prefix(end + 1);
+    line.remove_prefix(std::min(line.find_first_not_of(",\t "), line.size()));
+  }
+  return true;
+}
+
 std::string_view TakeListWord(std::string_view& text) {
   text = Trim(text);
   const std::string_view word = text.substr(0, text.find(' '));

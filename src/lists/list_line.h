@@ -15,6 +15,10 @@ inline constexpr int kListLineLength = 80;
 // begin with numbers.
 bool CleanListLine(std::string& line, bool skipTitles = false);
 
+// True for the names of columns above the rows of a file with commas or tabs: every field stands in
+// double quotes, and none is a number.
+bool IsColumnHead(std::string_view line);
+
 // Takes the next word off the front of `text`; empty when there is none.
 std::string_view TakeListWord(std::string_view& text);
 

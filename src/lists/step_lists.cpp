@@ -19,6 +19,7 @@ struct StepLine {
   int category = -1;
   float value = 0;
   bool failed = true;  // no value, or none that is a number
+  bool makesSense = false;
 };
 
 enum class StepAction { Delete, Anchor };
@@ -41,12 +42,16 @@ class StepList {
   bool Anchors() const { return action_ == StepAction::Anchor; }
 
   void ApplyFile(std::string& name) {
-    TextReader reader;
-    OpenListFileOrEnd(
-        run_, reader, name, Anchors() ? "Edit STEP Anchor SAFILE=" : "Edit STEP Delete SDFILE=",
+    ListFile list(run_, Anchors() ? "SAFILE" : "SDFILE");
+    list.OpenOrEnd(
+        name, Anchors() ? "Edit STEP Anchor SAFILE=" : "Edit STEP Delete SDFILE=",
         Anchors() ? " Processing STEP Anchors from: " : " Processing STEP Deletions from: ");
     std::string line;
-    while (ReadListLine(run_, reader, name, line)) Apply(Parse(line));
+    while (list.Next(line)) {
+      const StepLine step = Parse(line);
+      Apply(step);
+      if (!step.makesSense) list.Refuse();
+    }
   }
 
   // Lines as they would stand in a file.
@@ -71,7 +76,9 @@ class StepList {
     }
     line.items = OrderRange(first, last, run_.settings.NI);
     line.category = ParseCount(TakeListWord(text));
-    ParseListValue(TakeListWord(text), line.value, line.failed);
+    const std::string_view value = TakeListWord(text);
+    ParseListValue(value, line.value, line.failed);
+    line.makesSense = line.category >= 0 && (!Anchors() || !line.failed || value.empty());
     return line;
   }
 

@@ -33,20 +33,22 @@ void ApplyPivotLine(Run& run, std::string& line) {
 
 // True when the list changes any weight.
 bool ReadWeightList(Run& run, Array1<float> weights, std::string fileName, const EntryWords& words,
-                    std::string_view keyword) {
+                    std::string_view variable) {
   std::fill(weights.begin(), weights.end(), 1.0F);
-  TextReader reader;
-  OpenListFileOrEnd(run, reader, fileName,
-                    "Edit " + words.pluralLabel + " Anchor " + std::string(keyword) + "=",
-                    " Processing " + words.pluralLabel + " Weights from: ");
+  ListFile list(run, variable);
+  list.OpenOrEnd(fileName, "Edit " + words.pluralLabel + " Anchor " + std::string(variable) + "=",
+                 " Processing " + words.pluralLabel + " Weights from: ");
   bool changed = false;
   std::string line;
-  while (ReadListLine(run, reader, fileName, line, true)) {
+  while (list.Next(line, true)) {
     int first = 0, last = 0;
     float weight = 0;
     bool failed = false;
     ParseListLine(line, first, weight, failed, last);
-    if (first == 0 || failed || weight < 0) continue;
+    if (first == 0 || failed || weight < 0) {
+      list.Refuse();
+      continue;
+    }
     const EntryRange range = OrderRange(first, last, weights.Size());
     for (int entry = range.first; entry <= range.last; ++entry) weights[entry] = weight;
     changed = changed || (weight != 1.0F && range.first <= range.last);
@@ -60,10 +62,10 @@ void ReadPivots(Run& run) {
   std::fill(run.given.GroupPivotFlag.begin(), run.given.GroupPivotFlag.end(), false);
   std::string name = run.settings.PIVOT;
   if (TrimRight(name).empty()) return;
-  TextReader reader;
-  OpenListFileOrEnd(run, reader, name, "Edit pivot file PIVOT =", " Processing Pivots from: ");
+  ListFile list(run, "PIVOT");
+  list.OpenOrEnd(name, "Edit pivot file PIVOT =", " Processing Pivots from: ");
   std::string line;
-  while (ReadListLine(run, reader, name, line)) ApplyPivotLine(run, line);
+  while (list.Next(line)) ApplyPivotLine(run, line);
 }
 
 void ReadWeights(Run& run) {

@@ -15,6 +15,7 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 int TextReader::Open(const std::string& path) {
   if (const int status = file_.Open(path, FileMode::Read); status != kIoOk) return status;
+  name_ = path;
   buffer_.resize(kBufferSize);
   return Rewind();
 }
@@ -23,6 +24,7 @@ int TextReader::Rewind() {
   if (!file_.IsOpen()) return kIoEndOfFile;
   next_ = end_ = 0;
   offset_ = 0;
+  lineNumber_ = 0;
   int status = kIoOk;
   if (!FillBuffer(status)) return status;
   const std::string_view start(buffer_.data(), end_);
@@ -45,6 +47,7 @@ int TextReader::ReadLine(std::string& line, int maxLength) {
   line.clear();
   if (!file_.IsOpen()) return kIoEndOfFile;
   const std::size_t limit = static_cast<std::size_t>(std::max(maxLength, 0));
+  ++lineNumber_;
   std::uint64_t length = 0;  // of the whole line, what is cut included
   for (;;) {
     if (next_ == end_) {

@@ -20,6 +20,10 @@ class TextReader {
  public:
   int Open(const std::string& path);
   bool IsOpen() const { return file_.IsOpen(); }
+  // The file opened last, and the number of the line that was given last, counted from the start;
+  // GoTo doesn't count back.
+  const std::string& Name() const { return name_; }
+  int LineNumber() const { return lineNumber_; }
   // The next line without its end, cut at `maxLength` bytes. Returns kIoOk, kIoEndOfFile or a
   // failure; a last line without a line end counts as a line.
   int ReadLine(std::string& line, int maxLength = kMaxLineLength);
@@ -37,6 +41,8 @@ class TextReader {
   bool FillBuffer(int& status);
 
   File file_;
+  std::string name_;
+  int lineNumber_ = 0;
   std::vector<char> buffer_;
   std::size_t next_ = 0;
   std::size_t end_ = 0;

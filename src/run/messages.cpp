@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
+#include "platform/directories.h"
 #include "platform/io_status.h"
 #include "platform/standard_streams.h"
 #include "text/number_text.h"
@@ -50,6 +51,27 @@ std::string MessageText(std::string_view text) {
   return WithoutControls(TrimRight(text.substr(0, kLongestMessage)));
 }
 
+// Where the user wrote what stands there; no place for a work file of the program's own.
+SourceLine UsersPlace(const Run& run, const SourceLine& where) {
+  if (!run.workDirectory.IsWorkFile(where.file)) return where;
+  for (const SubListSource& list : run.input.subLists) {
+    if (list.workFile != where.file) continue;
+    const auto line = static_cast<std::size_t>(where.line);
+    return {list.file, line > 0 && line <= list.lines.size() ? list.lines[line - 1] : 0};
+  }
+  return {};
+}
+
+// "control.txt:12: "
+std::string PlaceText(const Run& run, const SourceLine& where) {
+  const SourceLine place = UsersPlace(run, where);
+  if (place.file.empty()) return "";
+  const std::string directory = DirectoryOf(run.startUp.ControlFileName);
+  const bool isBeside = !directory.empty() && place.file.starts_with(directory);
+  const std::string name = place.file.substr(isBeside ? directory.size() : 0);
+  return name + (place.line > 0 ? ":" + IntegerText(place.line) : "") + ": ";
+}
+
 [[noreturn]] void LeaveProcess(Run& run) {
   run.leaving = true;
   run.RunIoStatus = -1;
@@ -73,6 +95,10 @@ void ReportMessage(Run& run, std::string_view text) {
   TellUser(run, text);
   // A report that fails is told about elsewhere: its own messages must not come back here.
   if (run.batch && run.report.IsOpen()) run.report.PutLine(" " + MessageText(text), run.settings);
+}
+
+void Warn(Run& run, const SourceLine& where, std::string_view text) {
+  ReportMessage(run, " WARNING: " + PlaceText(run, where).append(text));
 }
 
 bool TellReportFailure(Run& run, int status) {

@@ -15,6 +15,10 @@ void WriteConsole(Run& run, std::string_view text);
 void TellUser(Run& run, std::string_view text);
 // As TellUser; in batch mode also to the report, when it is open.
 void ReportMessage(Run& run, std::string_view text);
+// The message " WARNING: ", file and line of what is told, then `text`: what was found and what was
+// done. A line of a work file is told as the line of the Control File that it comes from. A file
+// beside the Control File needs no directory.
+void Warn(Run& run, const SourceLine& where, std::string_view text);
 // One plain line of the report, by the rules of ReportOutput::PutLine, with the report's own
 // failure words when it can't be written. Pumps messages until the run is finished.
 void WriteReportText(Run& run, std::string_view line);
@@ -37,7 +41,7 @@ void ReportFileFailure(Run& run, std::string_view name, char operation);
 // Makes sure that a text file the user named can be read and ends with a line end, adding one when
 // it has none. `name` may come back changed by the user. RunIoStatus is 0 when the file is fit, and
 // it is then one of the run's files under its caption; in batch mode a file that isn't ends the
-// run.
+// run. Text in UTF-16 ends any run, and the file stays as it is.
 void PrepareFile(Run& run, std::string& name, std::string_view caption = "INPUT FILE");
 
 // Shows the prompt and takes one line of the user. An interrupt, or no more input, ends the run and

@@ -1,4 +1,5 @@
-// Makes sure that a text file the user named ends with a line end.
+// Makes sure that a text file the user named is one that can be read by bytes, and ends with a line
+// end.
 #include <algorithm>
 
 #include "platform/file.h"
@@ -10,6 +11,29 @@ namespace vardento {
 namespace {
 
 constexpr std::size_t kPiece = 4096;
+constexpr std::size_t kStart = 512;  // bytes that tell UTF-16
+
+// A byte order mark, or a NUL in every second place and none between: most of the characters of a
+// list or of data have a code below 256. A stray NUL in a text of bytes is no such thing.
+bool IsUtf16(std::string_view start) {
+  if (start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF")) return true;
+  constexpr std::size_t kFewestBytes = 4;
+  std::size_t nuls[2] = {0, 0};  // at even and at odd offsets
+  for (std::size_t i = 0; i < start.size(); ++i) nuls[i % 2] += start[i] == '\0';
+  const auto [fewer, more] = std::minmax(nuls[0], nuls[1]);
+  return start.size() >= kFewestBytes && fewer == 0 && more * 4 > start.size();
+}
+
+// Read by bytes such a file would be rubbish that looks like missing responses.
+int RefuseUtf16(Run& run, File& file, const std::string& name) {
+  char start[kStart];
+  std::size_t got = 0;
+  const int status = file.ReadAt(0, start, sizeof start, got);
+  if (status == kIoOk && IsUtf16({start, got})) {
+    FailRun(run, name + " IS UTF-16 TEXT: SAVE IT AS UTF-8");
+  }
+  return status;
+}
 
 // kIoOk when a line end stands behind the last text of the file or there is no text,
 // kIoNoFinalLineEnd when there is none, or the failure.
@@ -68,6 +92,7 @@ void PrepareFile(Run& run, std::string& name, std::string_view caption) {
   for (;;) {
     File file;
     run.RunIoStatus = OpenForCheck(file, name);
+    if (run.RunIoStatus == kIoOk) run.RunIoStatus = RefuseUtf16(run, file, name);
     if (run.RunIoStatus == kIoOk) run.RunIoStatus = FindFinalLineEnd(file);
     if (run.RunIoStatus == kIoOk) {
       EnterInput(run, name, caption);

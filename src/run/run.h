@@ -17,6 +17,7 @@
 #include "run/results.h"
 #include "run/run_arrays.h"
 #include "run/run_files.h"
+#include "run/source_line.h"
 #include "run/table_request.h"
 #include "run/work_directory.h"
 #include "run/work_stores.h"
@@ -39,6 +40,7 @@ struct ControlInput {
   TextReader control;
   TextWriter copy;          // ZIN: the control lines as read
   std::string ControlLine;  // the line in hand
+  std::vector<SubListSource> subLists;
 };
 
 struct ProgressBar {

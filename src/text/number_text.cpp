@@ -1,6 +1,7 @@
 #include "text/number_text.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 
 namespace vardento {
@@ -107,6 +108,15 @@ std::string fixed_field(double value, int width, int decimals) {
 std::string integer_field(long long value, int width) {
   const std::string digits = std::to_string(value);
   return digits.size() > SizeOf(width) ? std::string(SizeOf(width), '*') : PadLeft(digits, width);
+}
+
+std::string ShortestText(float value) {
+  if (value == 0) return "0";
+  char digits[64];  // 39 digits before the point or 45 behind it, no more
+  const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed);
+  std::string text(digits, end.ptr);
+  if (text.starts_with("0.") || text.starts_with("-0.")) text.erase(text.find('0'), 1);
+  return text;
 }
 
 std::string_view TrimRight(std::string_view text) {

@@ -27,6 +27,9 @@ std::string IntegerText(int value);
 std::string fixed_field(double value, int width, int decimals);
 std::string integer_field(long long value, int width);
 
+// The shortest digits that read back as `value`, without an exponent: "12", "-.005".
+std::string ShortestText(float value);
+
 // Text helpers shared by the callers of the above.
 std::string_view TrimRight(std::string_view text);
 std::string_view Trim(std::string_view text);

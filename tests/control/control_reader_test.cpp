@@ -31,6 +31,7 @@ TEST(ControlReader, GivesEachLineToTheFirstKeywordThatFits) {
       {"KEYFROM=3", "3", [](auto& s) { return std::to_string(s.NKEY); }},
       {"KEY99999=1", "99999", [](auto& s) { return std::to_string(s.NKEY); }},
       {"KEY0=1", "0", [](auto& s) { return std::to_string(s.NKEY); }},
+      {"KEY2=1\nKEYX=ABCD\nKEY-3=1", "2", [](auto& s) { return std::to_string(s.NKEY); }},
       {"IVALUEA=01\nIVALUE=", "1", [](auto& s) { return std::to_string(s.NIVALUE); }},
       {"STEPKEEP=N", "N Y", [](auto& s) { return Text(s.STKEEP) + " " + Text(s.STEPT3); }},
       {"STEPT=N", "Y N", [](auto& s) { return Text(s.STKEEP) + " " + Text(s.STEPT3); }},
@@ -63,6 +64,8 @@ TEST(ControlReader, GivesEachLineToTheFirstKeywordThatFits) {
       {"ITEM1=20\nNAME1=5\nDELIM=Y", "30", [](auto& s) { return std::to_string(s.NAMLEN); }},
       {"NAMLEN=999\nITLEN=999", "300 300",
        [](auto& s) { return std::to_string(s.NAMLEN) + " " + std::to_string(s.ITLEN); }},
+      {"NAMLEN=1\nITLEN=1", "1 1",
+       [](auto& s) { return std::to_string(s.NAMLEN) + " " + std::to_string(s.ITLEN); }},
       {"DIF=$S1W1", "$S1W1", [](auto& s) { return s.DIF; }},
   };
   for (const auto& c : cases) {
@@ -93,7 +96,7 @@ TEST(ControlReader, EndsTheRunOnAFaultyLine) {
       {"LCONV=1.2.3", " NUMERIC VALUE EXPECTED: LCONV=1.2.3\n"},
       {"WHAT=1", " UNRECOGNIZED VARIABLE (CHECK SPELLING): WHAT=1\n"},
       {"NI=40000", " NUMERIC VALUE IN RANGE -32000 TO 32000 EXPECTED: NI=40000\n"},
-      {"KEYX=40", " UNRECOGNIZED VARIABLE (CHECK SPELLING): KEYX=40\n"},
+      {"KEYSX=1\nKEYFX=abc", " NUMERIC VALUE EXPECTED: KEYFX=abc\n"},
       {"NI=1+\n 2", " CONTINUATION PROBLEM: TRAILING + THEN LEADING + NOT FOUND: NI=1"},
       {"NI=1+\n x+2", " CONTINUATION PROBLEM: TRAILING + THEN LEADING + NOT FOUND: NI=1"},
       {"NI=1+", " CONTINUATION PROBLEM: TRAILING + THEN LEADING + NOT FOUND: NI=1"},

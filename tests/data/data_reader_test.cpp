@@ -142,7 +142,7 @@ TEST(DataReader, CountsPersonsBeyondCapacityAndKeepsTheRestOut) {
   EXPECT_EQ(data.run.NPERS, 2);
   EXPECT_EQ(data.run.personsRead, 4);
   EXPECT_THAT(data.console.lines, Contains("PERSONS SKIPPED AFTER 2").Times(1));
-  EXPECT_EQ(data.Report(), "4 PERSON Records Input.\n");
+  EXPECT_EQ(data.Report(), "PERSONS SKIPPED AFTER 2\n4 PERSON Records Input.\n");
 }
 
 TEST(DataReader, ShowsADotForEveryThousandRecords) {

@@ -19,7 +19,7 @@ TEST(FieldSpecification, TakesColumnsAndLiterals) {
       {"$S3W2", "cd"},      {"$s3e4", "cd"},        {"$S3E3", "c"},
       {"$S8W9", "h 2"},     {"$S30W2", ""},         {"$S1W1+$S10W1", "a2"},
       {"$S1W1$S3W1", "ac"}, {"-$S10W1", "-2"},      {"$S10W1 + \".5\"", "2.5"},
-      {"$S9W1+'.5'", ""},   {"'$S1'$S2W1", "$S1b"},
+      {"$S9W1+'.5'", ".5"}, {"'$S1'$S2W1", "$S1b"}, {"2$S30W1", "2"},
   };
   for (const auto& c : cases) {
     test::TestRun t;
@@ -32,7 +32,7 @@ TEST(FieldSpecification, CountsFieldsOfADelimitedRecord) {
   test::TestRun t;
   const FieldSpecification fields = ParseFieldSpecification(t.run, "PAFILE", "$S2E3+\"0\"");
   EXPECT_EQ(ExtractDelimitedField(fields, "Ann, 1.,5 ,0,1", ','), "1.50");
-  EXPECT_EQ(ExtractDelimitedField(fields, "Ann", ','), "");
+  EXPECT_EQ(ExtractDelimitedField(fields, "Ann", ','), "0");
 }
 
 TEST(FieldSpecification, FaultsAreToldAndTheFieldIsLeftOut) {
@@ -65,12 +65,12 @@ TEST(SelectItems, LabelsChooseItemsAndCarryValues) {
   t.settings.INUMB = 'N';
   t.settings.ISELECT = "{AC}*";
   t.settings.IWEIGHT = "$S4W3";
-  t.settings.IAFILE = "$S2W1+\".5\"";
+  t.settings.IAFILE = "$S6W1+\".5\"";  // only one label is that long
   t.Read();
   EXPECT_EQ(t.run.given.ItemStatus[1], Status::Active);
   EXPECT_EQ(t.run.given.ItemStatus[2], Status::Deleted);
   EXPECT_EQ(t.directory.ReadFile(t.run.inForce.IWEIGHT), "1 2.0\n2 -1\n4 x\n");
-  EXPECT_EQ(t.directory.ReadFile(t.run.inForce.IAFILE), "1 1.5\n2 2.5\n3 3.5\n4 4.5\n");
+  EXPECT_EQ(t.directory.ReadFile(t.run.inForce.IAFILE), "1 0.5\n2 .5\n3 .5\n4 .5\n");
   EXPECT_TRUE(t.run.workDirectory.IsWorkFile(t.run.inForce.IWEIGHT));
 }
 

@@ -84,6 +84,7 @@ TEST(EntryLists, DeletionsAndInclusions) {
       {"7-3\n", "..DDDDD.."},
       {"3 - 7\n", "..DDDDD.."},
       {"3,7\n", "..DDDDD.."},
+      {"7,3\n", "..DDDDD.."},
       {"3 7 .15\n", "..D......"},
       {"3-7 Pat 9\n", "..DDDDD.."},
       {"3 -7 1\n", "..D......"},
@@ -105,6 +106,48 @@ TEST(EntryLists, DeletionsAndInclusions) {
     ReadPersonDeletions(t.run);
     EXPECT_EQ(ListRun::Letters(t.run.given.PersonStatus), c.letters);
     EXPECT_EQ(t.run.DefaultKept, std::string(c.letters).substr(0, 4) != "DDDD");
+  }
+}
+
+// Where the entries are named by their labels, or a value is no number, nothing is done, and told.
+TEST(EntryLists, LinesThatMakeNoSenseAreToldOnceForEachList) {
+  using Settings = ControlSettings;
+  const struct {
+    std::string Settings::*variable;
+    void (*read)(vardento::Run&);
+    std::string list, warning;
+  } cases[] = {
+      {&Settings::IDFILE, ReadItemDeletions, "5\n\n;x\n I29 ; why\n3 x\n-\n99\n0-2\n",
+       " WARNING: list.txt:4: IDFILE= 2 LINES NOT USED, THE FIRST: I29"},
+      {&Settings::PDFILE, ReadPersonDeletions, "+x\n1\n",
+       " WARNING: list.txt:1: PDFILE= 1 LINE NOT USED: +x"},
+      {&Settings::IAFILE, ReadItemAnchors, "I01 -2.5\n99 1\n1 1\n1 2\n2 1e5\n3\n4 0\n0 1\n",
+       " WARNING: list.txt:1: IAFILE= 4 LINES NOT USED, THE FIRST: I01 -2.5"},
+      {&Settings::PAFILE, ReadPersonAnchors, "1 1\nP2,\"2\"\n",
+       " WARNING: list.txt:2: PAFILE= 1 LINE NOT USED: P2,\"2\""},
+      {&Settings::PAFILE, ReadPersonAnchors,
+       "\"3 \"or\" 4\" ; x\n\";\",\"ENTRY\"\n\"ENTRY\"\t\"ST\"\n\"A\",\"B\",\n\"\"\n1 1\n", ""},
+      {&Settings::PAFILE, ReadPersonAnchors, "\"P1\",\"2\"\n\"P1\" 3\n",
+       " WARNING: list.txt:1: PAFILE= 2 LINES NOT USED, THE FIRST: \"P1\",\"2\""},
+      {&Settings::SDFILE, ReadStepList, "\"2 steps\"\n1 1 x\nx 1\n1\n1 9\n",
+       " WARNING: list.txt:3: SDFILE= 2 LINES NOT USED, THE FIRST: x 1"},
+      {&Settings::SAFILE, ReadStepList, "1 1 x\n1 2\n1 9 1\n99 1 1\nI1 1 1\n1 x 1\n",
+       " WARNING: list.txt:1: SAFILE= 3 LINES NOT USED, THE FIRST: 1 1 x"},
+      {&Settings::IWEIGHT, ReadWeights, "2 2\n1 -1\n3 x\n20 4\n",
+       " WARNING: list.txt:2: IWEIGHT= 2 LINES NOT USED, THE FIRST: 1 -1"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.list);
+    ListRun t;
+    t.run.given.PersonWeight = {};
+    t.run.DraftSettings().*c.variable = t.List(c.list);
+    t.run.FixSettings();
+    c.read(t.run);
+    std::string warnings;
+    for (const std::string& line : t.console.lines) {
+      if (line.starts_with(" WARNING: ")) warnings += line;
+    }
+    EXPECT_EQ(warnings, c.warning);
   }
 }
 

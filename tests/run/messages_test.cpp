@@ -77,12 +77,46 @@ TEST(PrepareFile, MakesTextFilesFit) {
   }
 }
 
+TEST(PrepareFile, RefusesUtf16AndNothingElse) {
+  using namespace std::string_literals;
+  const struct {
+    std::string text;
+    bool refused;
+  } cases[] = {
+      {"\xFF\xFE\x31\x04"s, true},
+      {"\xFE\xFF\x04\x31"s, true},
+      {"1\0\n\0"s, true},
+      {"\0A\0n\0n"s, true},                               // no line end is added either
+      {"\x18\x04\x32\x04 \0001\0000\0001\0\n\0"s, true},  // a name in Cyrillic letters
+      {"\xEF\xBB\xBF"
+       "Ann 1\n"s,
+       false},
+      {"\xFFnn 1\n"s, false},
+      {"1\0"s, false},
+      {"Ann\0 1100\nBob\0 1010\n"s, false},  // a NUL behind each name
+      {"A\0\0\0"
+       "1\0\0\0\n"s,
+       false},
+  };
+  for (const auto& c : cases) {
+    TestRun test("", false);
+    std::string name = test.directory.Write("data.txt", c.text);
+    if (!c.refused) {
+      PrepareFile(test.run, name);
+      continue;
+    }
+    EXPECT_THROW(PrepareFile(test.run, name), RunEnded) << c.text;
+    EXPECT_THAT(test.console.lines, ElementsAre(name + " IS UTF-16 TEXT: SAVE IT AS UTF-8"));
+    EXPECT_EQ(test.directory.Read("data.txt"), c.text);
+  }
+}
+
 TEST(PrepareFile, AsksForAnotherFileWhenTheLineEndCantBeWritten) {
   TestRun test("", false);
   std::string name = test.directory.Write("bad.txt", "no end");
   const std::string good = test.directory.Write("good.txt", "fit\n");
   test.console.answers = {good};
-  FailFileOperation(3, EROFS);  // open, read, then the write
+  FailFileOperation(4, EROFS);  // open, read twice, then the write
   PrepareFile(test.run, name);
   FailFileOperation(0, 0);
   EXPECT_EQ(name, good);
@@ -96,7 +130,7 @@ TEST(PrepareFile, AsksForAnotherFileWhenTheLineEndCantBeWritten) {
 TEST(PrepareFile, EndsABatchRunThatCantAsk) {
   TestRun test("", true);
   std::string name = test.directory.Write("bad.txt", "no end");
-  FailFileOperation(3, EROFS);
+  FailFileOperation(4, EROFS);
   EXPECT_THROW(PrepareFile(test.run, name), RunEnded);
   FailFileOperation(0, 0);
 }

@@ -98,6 +98,15 @@ TEST(NumberText, ReportFieldsAreOrdinaryEditing) {
   EXPECT_EQ(integer_field(12345, 4), "****");
 }
 
+TEST(NumberText, ShortestDigits) {
+  const struct {
+    float value;
+    const char* expected;
+  } cases[] = {{0, "0"},        {-0.0F, "0"},    {12, "12"},   {-0.5F, "-.5"},
+               {.005F, ".005"}, {1.05F, "1.05"}, {-20, "-20"}, {3e9F, "3000000000"}};
+  for (const auto& c : cases) EXPECT_EQ(ShortestText(c.value), c.expected);
+}
+
 TEST(NumberText, TextHelpersTreatBytesAsBytes) {
   EXPECT_TRUE(SameText("ab  ", "ab"));
   EXPECT_FALSE(SameText(" ab", "ab"));
