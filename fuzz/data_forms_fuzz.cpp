@@ -53,13 +53,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   } else {
     data.SetCodes("01 2", 1);
   }
-  if (bytes[3] & 2) data.settings.MAKEKEY = 'Y';
+  if (bytes[3] & 2) data.settings.MAKEKEY = true;
   data.settings.MFORMS = data.directory.Write("forms.txt", "D=data.txt\n" + TakePart(rest));
   data.directory.Write("data.txt", TakePart(rest));
   data.settings.EDFILE = data.directory.Write("edit.txt", rest);
   try {
     ReadData(data.run);
-    if (data.settings.MAKEKEY == 'Y') CheckRows(data);
+    if (data.settings.MAKEKEY) CheckRows(data);
   } catch (const RunEnded&) {
   }
   return 0;

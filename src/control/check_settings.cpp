@@ -43,13 +43,8 @@ void LimitLines(ControlSettings& settings) {
   if (settings.MAXPAGE > 0) settings.MAXPAGE = std::max(settings.MAXPAGE, kMinPage);
 }
 
-void NormaliseFlags(Run& run) {
+void NormaliseChoices(Run& run) {
   ControlSettings& settings = run.DraftSettings();
-  for (const KeywordRow& row : KeywordTable()) {
-    if (row.kind != KeywordKind::Flag) continue;
-    char& flag = settings.*std::get<char ControlSettings::*>(row.target);
-    flag = YesNo(flag);
-  }
   if (settings.CSV == 't') settings.CSV = 'T';
   if (settings.CSV != ',' && settings.CSV != 'T') settings.CSV = YesNo(settings.CSV);
   if (std::string_view("SVUCAMD ").find(settings.OSORT) == std::string_view::npos) {
@@ -78,18 +73,18 @@ void CompleteWords(ControlSettings& settings) {
 // Steps that let one setting follow from others.
 void DeriveStates(Run& run) {
   ControlSettings& settings = run.DraftSettings();
-  if (settings.CUTLO != 0 || settings.CUTHI != 0 || settings.PAIRED == 'Y') settings.PTBIS = 'N';
-  if (settings.RESFROM != 'N') settings.RESCORE = PerItem::Text;
+  if (settings.CUTLO != 0 || settings.CUTHI != 0 || settings.PAIRED) settings.PTBIS = false;
+  if (settings.RESFROM) settings.RESCORE = PerItem::Text;
   if (settings.RESCORE == PerItem::NotYet) {
     settings.RESCORE = Trim(settings.NEWSCR).empty() ? PerItem::None : PerItem::Single;
   }
-  if (settings.GRPFROM != 'N') settings.GROUPS = PerItem::Text;
-  if (settings.MODFROM != 'N') {
+  if (settings.GRPFROM) settings.GROUPS = PerItem::Text;
+  if (settings.MODFROM) {
     settings.MODELS = PerItem::Text;
     settings.MODEL_LETTER = ' ';
   }
   // MAKEKEY= needs room for the key that it makes.
-  settings.NKEY = std::max({settings.NKEY, settings.KEYFROM, settings.MAKEKEY == 'Y' ? 1 : 0});
+  settings.NKEY = std::max({settings.NKEY, settings.KEYFROM, settings.MAKEKEY ? 1 : 0});
   if (settings.MISSING != kMissing && settings.MISSING != 0) {
     ReportMessage(run, "Warning:  Unusual score assigned to missing data. MISSING= " +
                            IntegerText(settings.MISSING));
@@ -139,7 +134,7 @@ void AdjustCodes(Run& run) {
 }
 
 void CompleteScale(ControlSettings& settings) {
-  if (settings.UASCALE != 1) settings.UANCHOR = 'N';
+  if (settings.UASCALE != 1) settings.UANCHOR = false;
   settings.numberFormat = "(F8." + IntegerText(settings.UDECIM) + ")";
 }
 
@@ -178,7 +173,7 @@ void NormaliseSettings(Run& run) {
   if (Trim(settings.TITLE).empty()) {
     settings.TITLE = TrimRight(run.startUp.ControlFileName.substr(0, kTitleLength));
   }
-  NormaliseFlags(run);
+  NormaliseChoices(run);
   CompleteWords(settings);
 }
 

@@ -59,7 +59,7 @@ void SetKeyScores(ControlSettings& settings) {
 void ReadControlVariables(Run& run) {
   WriteConsole(run, " Reading Control Variables ..");
   run.DraftSettings() = ControlSettings();
-  run.DraftSettings().BATCH = run.batch ? 'Y' : 'N';
+  run.DraftSettings().BATCH = run.batch;
   ReadControlPass(run, kFirstPass);
   CheckSettings(run);
 }

@@ -78,9 +78,9 @@ void ReadDataFormatLine(Run& run, std::string_view name, std::string& destinatio
 }
 
 void ReadDataFormatLines(Run& run) {
-  if (run.settings.GRPFROM == 'Y') ReadGroupsRecord(run);
-  if (run.settings.MODFROM == 'Y') ReadModelsRecord(run);
-  if (run.settings.RESFROM == 'Y') ReadRescoreRecord(run);
+  if (run.settings.GRPFROM) ReadGroupsRecord(run);
+  if (run.settings.MODFROM) ReadModelsRecord(run);
+  if (run.settings.RESFROM) ReadRescoreRecord(run);
   for (int key = 1; key <= run.settings.KEYFROM; ++key) ReadKeyRecord(run, key);
 }
 

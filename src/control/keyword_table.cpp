@@ -37,7 +37,7 @@ constexpr KeywordRow FileRow(View name, View prefixes, Text target, View descrip
   row.length = kFileNameLength;
   return row;
 }
-constexpr KeywordRow FlagRow(View name, View prefixes, char Settings::*target, View description,
+constexpr KeywordRow FlagRow(View name, View prefixes, bool Settings::*target, View description,
                              Treatment treatment = nullptr) {
   return {name, prefixes, Stage::Words, Kind::Flag, target, description, treatment};
 }

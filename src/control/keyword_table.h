@@ -25,7 +25,7 @@ enum class KeywordStage {
 enum class KeywordKind {
   ListFile,
   File,
-  Flag,       // "Y" or "N" once checked
+  Flag,       // true for "Y", "y" and "1"
   Flags,      // a text of "1" and "0", a flag in each place
   Choice,     // a flag or one of the row's letters
   Character,  // one character as given
@@ -41,7 +41,7 @@ enum class KeywordKind {
 enum class KeywordCondition { None, ValueIsList, NotItem1, IsKeyLine, NotSpecification };
 
 using KeywordTarget =
-    std::variant<std::monostate, std::string ControlSettings::*, char ControlSettings::*,
+    std::variant<std::monostate, std::string ControlSettings::*, bool ControlSettings::*, char ControlSettings::*,
                  int ControlSettings::*, float ControlSettings::*>;
 
 inline constexpr float kAnyNumber = std::numeric_limits<float>::max();

@@ -95,6 +95,8 @@ void ApplyKeyword(KeywordCall& call) {
       Target<std::string>(call) = call.IsBlank() ? "" : FlagsOf(call);
       return;
     case KeywordKind::Flag:
+      Target<bool>(call) = YesNo(call.value.front()) == 'Y';
+      return;
     case KeywordKind::Choice:
     case KeywordKind::Character:
       Target<char>(call) = call.value.front();
@@ -129,8 +131,8 @@ void CountIvalue(KeywordCall& call) {
 // Followed at once, so that a fault behind it is told where a batch run's faults are told. What the
 // command line asked for at the start is not undone by the Control File.
 void StoreBatch(KeywordCall& call) {
-  call.Settings().BATCH = call.value.front();
   const bool asked = YesNo(call.value.front()) == 'Y';
+  call.Settings().BATCH = asked;
   if (asked != call.run.batch && (asked || call.state.enteredBatch)) {
     call.state.enteredBatch = asked;
     call.run.SetBatchMode(asked);
@@ -195,12 +197,12 @@ void StoreAbsolute(KeywordCall& call) { StoreNumber(call, std::fabs(call.number)
 
 void StoreItemMean(KeywordCall& call) {
   call.Settings().UMEAN = call.number;
-  call.Settings().UMEAN_IS_ITEM = 'Y';
+  call.Settings().UMEAN_IS_ITEM = true;
 }
 
 void StorePersonMean(KeywordCall& call) {
   call.Settings().UMEAN = call.number;
-  call.Settings().UMEAN_IS_ITEM = 'N';
+  call.Settings().UMEAN_IS_ITEM = false;
 }
 
 void StoreScale(KeywordCall& call) {

@@ -199,7 +199,7 @@ void ReadData(Run& run) {
   if (!TrimRight(settings.MFORMS).empty()) ConvertForms(run);
   CheckCodeCount(run);
   // A key that is still to be made scores nothing: the scores are known when it is.
-  const bool makesKey = settings.MAKEKEY == 'Y';
+  const bool makesKey = settings.MAKEKEY;
   if (!makesKey) SizeCategories(run);
   ReadItemLabels(run);
   if (NeedsItemSelection(run)) SelectItems(run);

@@ -141,7 +141,7 @@ int StoreItemLabels(Run& run) {
 }
 
 void ReadItemLabels(Run& run) {
-  const bool numbersOnly = run.settings.INUMB == 'Y';
+  const bool numbersOnly = run.settings.INUMB;
   if (!TrimRight(run.inForce.ILFILE).empty()) {
     SkipLabelsInControl(run);
   } else if (!numbersOnly) {

@@ -188,7 +188,7 @@ std::string ItemNumberLabel(int item, int NI) {
 std::string ItemLabelOf(Run& run, int item) {
   DirectFile& file = run.stores.itemLabels;
   const std::string number = ItemNumberLabel(item, run.settings.NI);
-  if (run.settings.INUMB == 'Y' || !file.IsOpen()) return number;
+  if (run.settings.INUMB || !file.IsOpen()) return number;
   std::string label(file.RecordLength(), ' ');
   if (file.Read(item, label.data()) != kIoOk) {
     ReportMessage(run, " ITEM WORK FILE READ FAILURE AT ITEM RECORD =" + IntegerText(item));

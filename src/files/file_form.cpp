@@ -50,7 +50,7 @@ bool OutputFile::WriteLine(std::string_view line, std::size_t length) {
 
 bool OutputFile::WriteHead(std::string_view label, std::string_view fixedNames,
                            std::string_view separatedNames) {
-  if (run_.settings.HLINES != 'Y') return true;
+  if (!run_.settings.HLINES) return true;
   const std::string_view mark = IsFixed() ? ";" : "\"";
   const std::string_view end = IsFixed() ? "" : "\"";
   const auto put = [&](std::string_view text) {

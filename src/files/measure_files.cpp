@@ -25,7 +25,7 @@ std::string NamesOf(const ControlSettings& settings, std::string_view form, std:
     }
   };
   replace("<z>", PadRight(settings.fitName, 4));
-  replace("<c>", settings.PTBIS == 'Y' ? "PTBS" : "CORR");
+  replace("<c>", settings.PTBIS ? "PTBS" : "CORR");
   return names.append(tail);
 }
 
@@ -68,7 +68,7 @@ class MeasureFile {
   }
 
   char Flag(const EntryValues& values) const {
-    return settings_.HLINES == 'Y' && values.status < Status::Active ? ';' : ' ';
+    return settings_.HLINES && values.status < Status::Active ? ';' : ' ';
   }
 
   // The numeric fields from ENTRY to WEIGHT, each with `separator` behind it.

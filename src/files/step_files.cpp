@@ -80,7 +80,7 @@ class StepFile {
   bool OneGroup() const { return run_.NGROUPS == 1; }
 
   bool WriteHead() {
-    if (run_.settings.HLINES != 'Y') return true;
+    if (!run_.settings.HLINES) return true;
     const std::string label = HeadLabel(run_.settings.ITEM_LABEL);
     const std::string about =
         "STEP DIFFICULTY anchor FILE FOR " + std::string(HeadTitle(run_)) + " " + run_.RunStamp;
@@ -165,7 +165,7 @@ class ItemStepFile {
   }
 
   bool WriteHead() {
-    if (settings_.HLINES != 'Y') return true;
+    if (!settings_.HLINES) return true;
     const bool fixed = file_.IsFixed();
     const std::string mark = fixed ? ";" : "\"";
     const std::string end = fixed ? "" : "\"";
@@ -204,7 +204,7 @@ class ItemStepFile {
     const int top = dead ? 0 : std::max(arrays_.GroupTop[group], 0);
     const float d = MeasureOf(run_, Facet::Items, item);
     row_.clear();
-    if (file_.IsFixed()) row_ = dead && settings_.HLINES == 'Y' ? ";" : " ";
+    if (file_.IsFixed()) row_ = dead && settings_.HLINES ? ";" : " ";
     Put(integer_field(item, 5));
     Put(integer_field(arrays_.ItemStatus[item], 5));
     Put(integer_field(top, 5));

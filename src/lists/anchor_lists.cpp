@@ -40,10 +40,10 @@ class AnchorList {
         words_(std::move(words)),
         variable_(variable) {}
 
-  void Read(char askFlag, std::string fileName) {
+  void Read(bool ask, std::string fileName) {
     anchors_.clear();
     if (!TrimRight(fileName).empty()) ApplyFile(fileName);
-    if (askFlag == 'N') return;
+    if (!ask) return;
     AskForEntries(
         run_, words_, "ANCHOR", [this](std::string& name) { ApplyFile(name); },
         [this] { ApplyTyping(); });
@@ -87,7 +87,7 @@ class AnchorList {
   // measures.
   bool Fix(const EntryRange& range, float value) {
     const ControlSettings& settings = run_.settings;
-    const float logits = settings.UANCHOR == 'Y' ? (value - settings.UMEAN) / settings.USCALE
+    const float logits = settings.UANCHOR ? (value - settings.UMEAN) / settings.USCALE
                                                  : value / settings.UASCALE;
     if (!std::isfinite(logits)) return false;
     for (int entry = range.first; entry <= range.last; ++entry) {
@@ -105,9 +105,9 @@ class AnchorList {
   std::string_view variable_;
 };
 
-void ReadAnchors(Run& run, Array1<StatusByte> status, std::vector<Anchor>& anchors, char askFlag,
+void ReadAnchors(Run& run, Array1<StatusByte> status, std::vector<Anchor>& anchors, bool ask,
                  const std::string& fileName, const EntryWords& words, std::string_view variable) {
-  AnchorList(run, status, anchors, words, variable).Read(askFlag, fileName);
+  AnchorList(run, status, anchors, words, variable).Read(ask, fileName);
 }
 
 }  // namespace

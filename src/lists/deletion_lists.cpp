@@ -20,14 +20,14 @@ class DeletionList {
         words_(std::move(words)),
         variable_(variable) {}
 
-  void Read(char askFlag) {
+  void Read(bool ask) {
     std::fill(status_.begin(), status_.end(), Status::Active);
     run_.HighestMarked = 0;
     run_.DefaultKept = true;
     const bool failed = !TrimRight(fileName_).empty() && !ApplyFile(fileName_);
     if (run_.batch && failed) EndRun(run_);
     // A file that can't be read is asked for again.
-    if (run_.batch || (askFlag == 'N' && !failed)) return;
+    if (run_.batch || (!ask && !failed)) return;
     Ask();
   }
 
@@ -110,9 +110,9 @@ class DeletionList {
   bool marked_ = false;
 };
 
-void ReadDeletions(Run& run, Array1<StatusByte> status, char askFlag, const std::string& fileName,
+void ReadDeletions(Run& run, Array1<StatusByte> status, bool ask, const std::string& fileName,
                    const EntryWords& words, std::string_view variable) {
-  DeletionList(run, status, fileName, words, variable).Read(askFlag);
+  DeletionList(run, status, fileName, words, variable).Read(ask);
 }
 
 // "ITEM DELETIONS: 3 7-9": the deleted items in runs of neighbours, on lines of about 70 columns.

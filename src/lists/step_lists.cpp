@@ -28,9 +28,9 @@ class StepList {
  public:
   StepList(Run& run, StepAction action) : run_(run), action_(action) {}
 
-  void Read(char askFlag, std::string fileName) {
+  void Read(bool ask, std::string fileName) {
     if (!TrimRight(fileName).empty()) ApplyFile(fileName);
-    if (askFlag == 'N') return;
+    if (!ask) return;
     AskForEntries(
         run_, kWords, Anchors() ? "ANCHOR" : "DELETE",
         [this](std::string& name) { ApplyFile(name); }, [this] { ApplyTyping(); });
@@ -104,7 +104,7 @@ class StepList {
       return;
     }
     const ControlSettings& settings = run_.settings;
-    const float scale = settings.UANCHOR == 'Y' ? settings.USCALE : settings.UASCALE;
+    const float scale = settings.UANCHOR ? settings.USCALE : settings.UASCALE;
     const float step = line.value / std::fabs(scale);
     const bool failed = line.failed || !std::isfinite(step);
     status = failed ? StepStatus::Kept : StepStatus::Anchored;

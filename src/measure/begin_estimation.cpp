@@ -72,7 +72,7 @@ void BeginEstimation(Run& run) {
   // Responses that an earlier estimation found out of range come back.
   if (run.results.rangeCut.dropped > 0) ScorePersons(run);
   run.results = Results();
-  run.inForce.pointBiserial = run.settings.PTBIS == 'Y';
+  run.inForce.pointBiserial = run.settings.PTBIS;
   RunArrays& arrays = run.arrays;
   const GivenEntries& given = run.given;
   ClearFound(arrays);

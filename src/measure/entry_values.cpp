@@ -72,8 +72,8 @@ EntryValues ReadEntryValues(Run& run, Facet facet, int entry) {
 
 EntryValues ReadShownValues(Run& run, Facet facet, int entry) {
   EntryValues values = ReadEntryValues(run, facet, entry);
-  if (run.settings.REALSE == 'Y') values.error = values.realError;
-  if (run.settings.TOTAL != 'Y') return values;
+  if (run.settings.REALSE) values.error = values.realError;
+  if (!run.settings.TOTAL) return values;
   const RunArrays& arrays = run.arrays;
   const bool persons = facet == Facet::Persons;
   values.score = persons ? arrays.PersonTotalScore[entry] : arrays.ItemTotalScore[entry];

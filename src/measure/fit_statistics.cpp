@@ -24,7 +24,7 @@ FitValues FindFit(const FitSums& sums, const ControlSettings& settings) {
   MeanSquare outfit{}, infit{};
   // The variance of z squared is C / V^2 - 1 (its mean is 1), that of y squared C - V^2.
   const double outfitVariance = sums.outfitVariance - sums.count;
-  if (settings.NORMAL == 'Y') {
+  if (settings.NORMAL) {
     outfit.standardised =
         (sums.squaredStandardised - sums.count) / std::sqrt(std::max(outfitVariance, kTiny));
     outfit.value = sums.squaredStandardised / std::max(sums.count, kTiny);

@@ -64,7 +64,7 @@ double FindItemStep(const ScoreTarget& t, double offset) {
 JointIteration::JointIteration(Run& run)
     : run_(run),
       targetMargin_(0.25 * run.settings.EXTRSC),
-      targeted_(run.settings.TARGET == 'Y'),
+      targeted_(run.settings.TARGET),
       perfect_(run.settings.USCALE > 0 ? Status::ExtremeHigh : Status::ExtremeLow),
       zero_(run.settings.USCALE > 0 ? Status::ExtremeLow : Status::ExtremeHigh),
       here_(std::max(run.results.largestGroupTop, 1)),
@@ -392,8 +392,8 @@ namespace {
 void SetBiasFactors(Run& run) {
   const ControlSettings& settings = run.settings;
   run.results.PersonBias = run.results.ItemBias = 1;
-  if (settings.STBIAS != 'Y' && settings.PAIRED != 'Y') return;
-  if (settings.PAIRED == 'Y') {
+  if (!settings.STBIAS && !settings.PAIRED) return;
+  if (settings.PAIRED) {
     run.results.PersonBias = run.results.ItemBias = 0.5F;
   } else {
     double steps = 0;

@@ -45,7 +45,7 @@ void LinkFactors(ItemWalk& walk, const std::vector<std::ptrdiff_t>& offsets) {
 
 // With UANCHOR=N anchored values stay, but the rest is centred beside them.
 bool AnchorsSetFrame(const Run& run) {
-  return run.settings.UANCHOR != 'N' && (run.results.ItemAnchored || run.results.PersonAnchored);
+  return run.settings.UANCHOR && (run.results.ItemAnchored || run.results.PersonAnchored);
 }
 
 }  // namespace
@@ -127,11 +127,11 @@ void UpdateGroupMaxWeight(Run& run) {
 }
 
 bool CentresOnItems(const Run& run) {
-  return run.settings.UMEAN_IS_ITEM == 'Y' && !AnchorsSetFrame(run);
+  return run.settings.UMEAN_IS_ITEM && !AnchorsSetFrame(run);
 }
 
 bool CentresOnPersons(const Run& run) {
-  return run.settings.UMEAN_IS_ITEM == 'N' && !AnchorsSetFrame(run);
+  return !run.settings.UMEAN_IS_ITEM && !AnchorsSetFrame(run);
 }
 
 }  // namespace vardento

@@ -43,7 +43,7 @@ class Renumbering {
 
   void Renumber() {
     MarkObserved();
-    if (run_.settings.STKEEP == 'Y') KeepUnobserved();
+    if (run_.settings.STKEEP) KeepUnobserved();
     Pack();
   }
 

@@ -166,7 +166,7 @@ class ScoreSolver {
 // there.
 ScoreMeasure Report(const Run& run, const UserScale& scale, double measure, double information) {
   const double error = 1.0 / std::sqrt(std::max(std::fabs(information), kLeastInformation));
-  const bool paired = run.settings.PAIRED == 'Y';
+  const bool paired = run.settings.PAIRED;
   return {scale.Measure(measure), scale.Error(error),
           static_cast<float>(paired ? 0.5 * information : information)};
 }

@@ -126,7 +126,7 @@ void StartValues::ClearPass() {
 // Under TARGET=Y what is to be matched, and for "S" and "F" what is expected, changes with each
 // response: the joint iteration then has to read them even where none is missing.
 bool StartValues::AllowsComplete() const {
-  if (run_.settings.TARGET == 'Y') return false;
+  if (run_.settings.TARGET) return false;
   for (int i = 1; i <= run_.settings.NI; ++i) {
     if (IsMeasured(run_.arrays.ItemStatus[i]) &&
         run_.arrays.GroupModel[run_.arrays.ItemGroup[i]] != Model::Rating) {

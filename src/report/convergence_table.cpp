@@ -127,7 +127,7 @@ ReportLine UconRow(const UconRecord& record) {
 void ConvergenceTable::BeginProx() {
   run_.request.CurrentTable = 0;
   run_.request.SubtableCounter = 1;
-  run_.request.HeadingPending = 'Y';
+  run_.request.HeadingPending = true;
   PutPageHeading(run_, 1);
   ReportLine title;
   title.At(31).Text("CONVERGENCE TABLE");

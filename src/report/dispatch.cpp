@@ -93,7 +93,7 @@ void PrintRows(ReportContext& context) {
 void DispatchTable(ReportContext& context) {
   Run& run = context.run;
   TableRequest& request = run.request;
-  request.HeadingPending = 'Y';
+  request.HeadingPending = true;
   const bool ready = FlushWorkFiles(run) && (!run.complete || BeginAfterRunRequest(context));
   SplitThreePartNumber(request);
   if (ready && request.CurrentTable > 0) {

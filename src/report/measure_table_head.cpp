@@ -122,13 +122,13 @@ void MeasureTable::PutHead() {
   PutReportLine(run_, Rule(Box::TopLeft, Box::TopTee, Box::TopRight));
   ReportLine line;
   PutBar(line, 2);
-  line.Text("ENTRY").At(12).Text(settings_.TOTAL == 'Y' ? "TOTAL" : "RAW");
+  line.Text("ENTRY").At(12).Text(settings_.TOTAL ? "TOTAL" : "RAW");
   PutBar(line, 39);
   line.Text("   INFIT  ");
   PutBar(line, 50);
   line.Text("  OUTFIT  ");
   PutBar(line, 61);
-  line.Text(settings_.PTBIS == 'Y' ? "PTBIS" : "SCORE");
+  line.Text(settings_.PTBIS ? "PTBIS" : "SCORE");
   PutTail(line, {});
   PutReportLine(run_, line);
   PutReportLine(run_, SecondHeadLine());
@@ -139,7 +139,7 @@ ReportLine MeasureTable::SecondHeadLine() const {
   ReportLine line;
   PutBar(line, 2);
   line.Text("NUMBER  SCORE  COUNT  MEASURE");
-  line.At(33).Text(settings_.REALSE == 'Y' ? "REALSE" : " ERROR");
+  line.At(33).Text(settings_.REALSE ? "REALSE" : " ERROR");
   for (const int column : {39, 50}) {
     PutBar(line, column);
     line.Text("MNSQ  ").Text(settings_.fitName, 4);

@@ -10,7 +10,7 @@ void PrintInFitOrder(ReportContext& context) {
     SortByFit(context.run, ArraysOf(context.run, context.needs.subject), list);
   }
   MeasureTable(context, context.needs.subject,
-               context.run.settings.OUTFIT == 'N' ? "INFIT" : "MISFIT")
+               !context.run.settings.OUTFIT ? "INFIT" : "MISFIT")
       .Print();
 }
 
@@ -26,7 +26,7 @@ void PrintInEntryOrder(ReportContext& context) {
 
 void PrintInAlphabeticalOrder(ReportContext& context) {
   const Facet facet = context.needs.subject;
-  if (facet == Facet::Items && context.run.settings.INUMB == 'Y') {
+  if (facet == Facet::Items && context.run.settings.INUMB) {
     PrintInEntryOrder(context);
     return;
   }

@@ -75,7 +75,7 @@ bool MeasureTable::IsLeftOut(int n, int entry) const {
 }
 
 bool MeasureTable::IsBetterThanExpected(int entry) const {
-  return (settings_.OUTFIT == 'N' ? arrays_.infitZ[entry] : arrays_.outfitZ[entry]) < 0;
+  return (!settings_.OUTFIT ? arrays_.infitZ[entry] : arrays_.outfitZ[entry]) < 0;
 }
 
 void MeasureTable::PutOmissionLine() {
@@ -177,7 +177,7 @@ void MeasureTable::PutClose() {
 void MeasureTable::PutSummaryRow(std::string_view word, float Statistic::*value) {
   const Summary& summary = run_.results.summary;
   const FacetSummary& facet = persons_ ? summary.persons : summary.items;
-  const Statistic& error = settings_.REALSE == 'Y' ? facet.realError : facet.error;
+  const Statistic& error = settings_.REALSE ? facet.realError : facet.error;
   ReportLine line;
   PutBar(line, 2);
   line.At(4).Text(word).Fixed(facet.score.*value, 8, 0).Fixed(facet.count.*value, 7, 0);

@@ -80,7 +80,7 @@ void PutBlankLines(Run& run, int count) {
 void PutFrontHeading(Run& run, int subtable, int blankLines) {
   run.request.CurrentTable = 0;
   run.request.SubtableCounter = subtable - 1;
-  run.request.HeadingPending = 'Y';
+  run.request.HeadingPending = true;
   PutPageHeading(run, blankLines);
 }
 
@@ -88,13 +88,13 @@ void PutFrontHeading(Run& run, int subtable, int blankLines) {
 
 void PutReportLine(Run& run, const ReportLine& line) {
   const std::string plain = line.Plain();
-  WriteReportText(run, run.settings.ASCII == 'N' ? line.View() : plain, plain);
+  WriteReportText(run, !run.settings.ASCII ? line.View() : plain, plain);
 }
 
 void PutBlankLine(Run& run) { WriteReportText(run, " "); }
 
 void PutPageHeading(Run& run, int blankLines) {
-  if (run.request.HeadingPending == 'N') {
+  if (!run.request.HeadingPending) {
     PutBlankLines(run, 2);
     return;
   }

@@ -119,7 +119,7 @@ void ListInEntryOrder(SelectedList& list, int count) {
 }
 
 void SortByFit(Run& run, const FacetArrays& arrays, SelectedList& list) {
-  const bool infitOnly = run.settings.OUTFIT == 'N';
+  const bool infitOnly = !run.settings.OUTFIT;
   WriteConsole(run, std::string("  Sorting by ")
                         .append(infitOnly ? "Infit" : "Fit")
                         .append(" for Table ")

@@ -58,7 +58,7 @@ class Section {
   void PutHead() {
     ReportLine line;
     PutBar(line, 2);
-    line.At(14).Text("RAW").At(43).Text(settings_.REALSE == 'Y' ? " REAL" : "MODEL");
+    line.At(14).Text("RAW").At(43).Text(settings_.REALSE ? " REAL" : "MODEL");
     line.At(57).Text("INFIT").At(70).Text("OUTFIT");
     PutBar(line, kBarColumn);
     PutReportLine(run_, line);
@@ -72,7 +72,7 @@ class Section {
   }
 
   void PutRow(std::string_view word, float Statistic::*value) {
-    const Statistic& error = settings_.REALSE == 'Y' ? summary_.realError : summary_.error;
+    const Statistic& error = settings_.REALSE ? summary_.realError : summary_.error;
     ReportLine line;
     PutBar(line, 2);
     line.At(4).Text(word).Fixed(summary_.score.*value, 10, 1).Fixed(summary_.count.*value, 10, 1);

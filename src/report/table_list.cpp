@@ -31,15 +31,15 @@ bool IsZeroOr(const Subtable& s) {
 
 bool Always(const Run&, const Subtable&) { return true; }
 bool Categories(const Run& run, const Subtable& s) {
-  return !s.whole || run.settings.STEPT3 == 'Y';
+  return !s.whole || run.settings.STEPT3;
 }
-bool Chart(const Run& run, const Subtable&) { return run.settings.CHART == 'Y'; }
-bool Frequencies(const Run& run, const Subtable&) { return run.settings.DISTRT == 'Y'; }
+bool Chart(const Run& run, const Subtable&) { return run.settings.CHART; }
+bool Frequencies(const Run& run, const Subtable&) { return run.settings.DISTRT; }
 bool SeveralGroups(const Run& run, const Subtable&) { return run.NGROUPS > 1; }
 // Without item labels the alphabetical order is the entry order, which Table 14 prints already.
 bool Alphabetical(const Run& run, const Subtable&) {
   const std::string& tables = run.inForce.TABLES;
-  return run.settings.INUMB != 'Y' || tables.size() < 14 || tables[13] != '1';
+  return !run.settings.INUMB || tables.size() < 14 || tables[13] != '1';
 }
 bool AlphabeticalChart(const Run& run, const Subtable& s) {
   return Chart(run, s) && Alphabetical(run, s);

@@ -1,7 +1,7 @@
 // All control variables of a run, under their own names, with their defaults. Set by the reader of
 // the Control File and constant from then on; what the run changes on its way stands in
-// VariablesInForce. Text keeps no trailing blanks unless said otherwise; flags are 'Y' or 'N' once
-// CheckSettings has run.
+// VariablesInForce. Text keeps no trailing blanks unless said otherwise; a flag is
+// true for "Y", "y" and "1".
 #pragma once
 
 #include <string>
@@ -59,7 +59,7 @@ struct ControlSettings {
   int CATEGS = 0;
   int XWIDE = 1;
   int MISSING = 255;
-  char STKEEP = 'Y';
+  bool STKEEP = true;
 
   // Data.
   std::string DATA;
@@ -72,45 +72,48 @@ struct ControlSettings {
   int NAMLEN = 0;
   int NAMLMP = 0;
   int ITLEN = 0;
-  char INUMB = 'N';
-  char GRPFROM = 'N', MODFROM = 'N', RESFROM = 'N';
-  char MAKEKEY = 'N';
+  bool INUMB = false;
+  bool GRPFROM = false, MODFROM = false, RESFROM = false;
+  bool MAKEKEY = false;
   std::string ISELECT = "*", PSELECT = "*";
 
   // Prompts for lists.
-  char ANCHOR_Q = 'N', IDELQU = 'N', PANCHQ = 'N', PDELQU = 'N', SANCHQ = 'N', SDELQU = 'N';
+  bool ANCHOR_Q = false, IDELQU = false, PANCHQ = false, PDELQU = false, SANCHQ = false,
+       SDELQU = false;
 
   // Estimation and fit.
   float CUTHI = 0, CUTLO = 0;
   float LCONV = 0.005F, RCONV = 0.1F;
   float EXTRSC = 0.3F;
   int MPROX = 10, MUCON = 0;
-  char PAIRED = 'N', PTBIS = 'N', STBIAS = 'N', TARGET = 'N', NORMAL = 'N', LOCAL = 'N';
+  bool PAIRED = false, PTBIS = false, STBIAS = false, TARGET = false, NORMAL = false;
+  char LOCAL = 'N';
   std::string fitName = "ZSTD";  // 4 characters, follows LOCAL=
   char PRCOMP = 'S';
 
   // Scale of the user.
   float UMEAN = 0, USCALE = 1, UASCALE = 1;
-  char UMEAN_IS_ITEM = 'Y';
-  char UANCHOR = 'Y';
+  bool UMEAN_IS_ITEM = true;
+  bool UANCHOR = true;
   int UDECIM = 2;
   std::string numberFormat = "(F8.2)";  // of measures in messages, follows UDECIM=
   float HIADJ = 0.25F, LOWADJ = 0.25F;
 
   // Report.
-  char BATCH = 'N';
-  char ASCII = 'Y';
+  bool BATCH = false;
+  bool ASCII = true;
   std::string CURVES = "111";
   char FORMFD = '^';
   char CSV = 'N';
-  char HLINES = 'Y';
+  bool HLINES = true;
   std::string ITEM_LABEL = "ITEM", PERSON_LABEL = "PERSON";
   std::string ITEMS_LABEL = "ITEMS", PERSONS_LABEL = "PERSONS";
-  char STEPT3 = 'Y';
+  bool STEPT3 = true;
   std::string TABLES;  // "1" and "0" once normalised, up to 40
   std::string TITLE;
-  char CHART = 'N', DISTRT = 'Y', HEADING = 'Y', MNSQ = 'Y', TOTAL = 'N', OSORT = ' ', OUTFIT = 'Y',
-       REALSE = 'N';
+  bool CHART = false, DISTRT = true, HEADING = true, MNSQ = true, TOTAL = false, OUTFIT = true,
+       REALSE = false;
+  char OSORT = ' ';
   std::string IMAP, PMAP;
   float FITI = 2, FITP = 2;
   float G0ZONE = 50, G1ZONE = 50, LOA_VALUE = 0.4F;

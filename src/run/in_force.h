@@ -30,7 +30,7 @@ struct VariablesInForce {
         IWEIGHT(given.IWEIGHT),
         PWEIGHT(given.PWEIGHT),
         ITLEN(given.ITLEN),
-        pointBiserial(given.PTBIS == 'Y'),
+        pointBiserial(given.PTBIS),
         TABLES(given.TABLES) {}
 
   // Work files can stand in the place of what was named: rewritten records, labels of the Control

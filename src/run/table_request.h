@@ -13,7 +13,7 @@ struct TableRequest {
   std::array<char, 8> TableArgumentSet{' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '};
   std::array<float, 8> TableArgument{};
   bool TableSubjectIsPerson = false;
-  char HeadingPending = 'Y';
+  bool HeadingPending = true;
 
   char Set(int slot) const { return TableArgumentSet[static_cast<std::size_t>(slot - 1)]; }
   float Value(int slot) const { return TableArgument[static_cast<std::size_t>(slot - 1)]; }

@@ -35,7 +35,7 @@ class UserScale {
   static constexpr double kPairedError = 1.4142;
 
   UserScale(const ControlSettings& settings, double bias)
-      : units_(bias * settings.USCALE), mean_(settings.UMEAN), paired_(settings.PAIRED == 'Y') {}
+      : units_(bias * settings.USCALE), mean_(settings.UMEAN), paired_(settings.PAIRED) {}
 
   double units_;  // user units in a logit
   double mean_;   // user measure of 0 logits

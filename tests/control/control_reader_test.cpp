@@ -16,6 +16,7 @@ using testing::Not;
 
 using Show = std::function<std::string(const ControlSettings&)>;
 std::string Text(char c) { return std::string(1, c); }
+std::string Text(bool flag) { return flag ? "Y" : "N"; }
 
 TEST(ControlReader, GivesEachLineToTheFirstKeywordThatFits) {
   const struct {

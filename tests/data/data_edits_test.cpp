@@ -221,7 +221,7 @@ class KeyRun : public DataRun {
  public:
   explicit KeyRun(const char* data) : DataRun(data, 4) {
     SetCodes("ABC", 1);
-    settings.MAKEKEY = 'Y';
+    settings.MAKEKEY = true;
     settings.NKEY = 1;
     settings.keyStrings = {""};
     settings.keyScores = {-1};

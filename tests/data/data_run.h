@@ -31,7 +31,7 @@ class DataRun : public TestRun {
     settings.NI = NI;
     settings.ITEM1 = 1;
     settings.ITLEN = 300;
-    settings.INUMB = 'Y';
+    settings.INUMB = true;
     SetCodes("01", 1);
     SetGroups(std::vector<int>(static_cast<std::size_t>(NI), 1));
     SetCapacity(10000);

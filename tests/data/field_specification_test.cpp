@@ -62,7 +62,7 @@ TEST(FieldSpecification, FaultsAreToldAndTheFieldIsLeftOut) {
 
 TEST(SelectItems, LabelsChooseItemsAndCarryValues) {
   test::DataRun t("A1 2.0\nB2 -1\nA3\nC4 x\nEND NAMES\n0101\n1010\n", 4);
-  t.settings.INUMB = 'N';
+  t.settings.INUMB = false;
   t.settings.ISELECT = "{AC}*";
   t.settings.IWEIGHT = "$S4W3";
   t.settings.IAFILE = "$S6W1+\".5\"";  // only one label is that long

@@ -45,7 +45,7 @@ TEST(ItemLabels, ComeFromTheControlFileOrAList) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
     DataRun data(c.control, 2);
-    data.settings.INUMB = 'N';
+    data.settings.INUMB = false;
     data.run.inForce.ITLEN = 200;
     if (c.list) data.run.inForce.ILFILE = data.directory.Write("labels.txt", c.list);
     ReadItemLabels(data.run);
@@ -78,7 +78,7 @@ TEST(ItemLabels, FailuresSayWhatIsMissing) {
   EXPECT_THAT(unclosed.console.lines, ElementsAre("Please put \"END LABELS\" after \"&END\""));
 
   DataRun noList("END LABELS\n", 2);
-  noList.settings.INUMB = 'N';
+  noList.settings.INUMB = false;
   noList.run.inForce.ILFILE = noList.directory.NameOf("none.txt");
   EXPECT_THROW(ReadItemLabels(noList.run), RunEnded);
   EXPECT_THAT(noList.console.lines,

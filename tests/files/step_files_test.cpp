@@ -103,7 +103,7 @@ TEST(StepFile, SeveralScales) {
                           "     1  4  157.00", "     1  5 -159.50", "     1  6    1.00",
                           "     1  7    4.00", "     2  0     .00", "     2  1     .00",
                           "     5  0     .00", "     5  2   -1.00", "     5  5    1.00"));
-  s.HLINES = 'N';
+  s.HLINES = false;
   EXPECT_EQ(small.Steps()[0], "     1  1     .00");
 }
 
@@ -146,7 +146,8 @@ TEST(ItemStepFile, RowsOfAllKinds) {
   s.CSV = 'Y';
   s.TITLE = std::string(44, 'x') + " zz";
   EXPECT_EQ(small.ItemSteps()[1], "\"" + std::string(44, 'x') + "\"");
-  s.CSV = s.HLINES = 'N';
+  s.CSV = 'N';
+  s.HLINES = false;
   EXPECT_EQ(small.ItemSteps()[2].substr(0, 6), "     3") << "without head lines nothing is marked";
 }
 
@@ -156,7 +157,7 @@ TEST(ItemStepFile, UnusedCategoriesAndUnits) {
     StepRun small(2, several ? std::vector<Scale>{kSeven, kDichotomy} : std::vector<Scale>{kSeven});
     small.run.DraftSettings().USCALE = -2;
     small.run.DraftSettings().CSV = 'Y';
-    small.run.DraftSettings().HLINES = 'N';
+    small.run.DraftSettings().HLINES = false;
     small.run.arrays.ItemMeasure[1] = -25;
     if (several) small.run.arrays.ItemGroup[2] = 2;
     const std::string row = small.ItemSteps()[0];

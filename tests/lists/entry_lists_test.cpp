@@ -195,7 +195,7 @@ TEST(EntryLists, AnchorsTakeTheFirstValueOfAnActiveEntry) {
 
   ListRun other;
   other.run.DraftSettings().UMEAN = 50;
-  other.run.DraftSettings().UANCHOR = 'N';
+  other.run.DraftSettings().UANCHOR = false;
   other.run.DraftSettings().UASCALE = 2;
   other.run.inForce.PAFILE = other.List("2 3\n");
   ReadPersonAnchors(other.run);
@@ -214,7 +214,7 @@ TEST(EntryLists, AnchorsTakeTheFirstValueOfAnActiveEntry) {
 TEST(EntryLists, AnchorsTypedAtTheConsole) {
   ListRun t(false);
   const std::string file = t.List("1 1.5\n");
-  t.run.DraftSettings().ANCHOR_Q = 'Y';
+  t.run.DraftSettings().ANCHOR_Q = true;
   t.console.answers = {"Y", "Y", file, "Y", "N", "3-4", "2", "5", "x", "1", "9", "10", "unused"};
   ReadItemAnchors(t.run);
   EXPECT_EQ(ListRun::Shown(t.run.given.itemAnchors), "1.5 0 2 2 0 0 0 0 0");

@@ -45,7 +45,7 @@ TEST(FitStatistics, FitOfAnEntryUnderEachSetting) {
   settings.LOCAL = 'Y';  // no code in the lower digits
   EXPECT_NEAR(FindFit(sums, settings).infitZ, 2, 1e-6);
   settings.LOCAL = 'N';
-  settings.NORMAL = 'Y';  // (27 - 8) / 24 and (54 - 2) / 6
+  settings.NORMAL = true;  // (27 - 8) / 24 and (54 - 2) / 6
   EXPECT_NEAR(FindFit(sums, settings).outfitZ, 0.79 + 0.003375, 1e-6);
   EXPECT_NEAR(FindFit(sums, settings).infitZ, 8.67 + 0.0099, 1e-6);
 }

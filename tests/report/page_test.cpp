@@ -65,7 +65,7 @@ TEST(PageHeading, NameTitleAndStampStandInTheirColumns) {
 TEST(PageHeading, HeadingNoPrintsTheFirstOfEachTable) {
   SmallRun small(0, 2);
   small.run.personsRead = 0;
-  small.run.DraftSettings().HEADING = 'N';
+  small.run.DraftSettings().HEADING = false;
   small.run.report.LinesOnPage = -1;
   PutPageHeading(small.run, 0);
   PutPageHeading(small.run, 5);

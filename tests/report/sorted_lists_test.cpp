@@ -27,7 +27,7 @@ TEST(SortedLists, FitOrderTakesTheLargerStatisticAndBreaksTiesByNumber) {
   SelectedList list;
   SortByFit(small.run, ArraysOf(small.run, Facet::Persons), list);
   EXPECT_THAT(list.entries, ElementsAre(3, 4, 1, 2, 6));
-  small.run.DraftSettings().OUTFIT = 'N';
+  small.run.DraftSettings().OUTFIT = false;
   SortByFit(small.run, ArraysOf(small.run, Facet::Persons), list);
   EXPECT_THAT(list.entries, ElementsAre(4, 1, 2, 6, 3));
   EXPECT_EQ(list.order, 'F');

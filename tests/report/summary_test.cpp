@@ -72,7 +72,7 @@ TEST(RunSummary, PrintsTheBoxAndLeavesTheDigest) {
 // ASCII=N leaves the box characters to the report; a screen would show them as rubbish.
 TEST(RunSummary, ScreenHasPlainRulesUnderAsciiNo) {
   SmallRun small(35, 18);
-  small.run.DraftSettings().ASCII = 'N';
+  small.run.DraftSettings().ASCII = false;
   small.run.results.summary = MakeSummary(small.run);
   WriteRunSummary(small.run);
   ShowRunSummary(small.run);
@@ -109,7 +109,7 @@ TEST(SummaryTable, AllExtremeAndRealErrors) {
   SmallRun small(2, 2);
   auto& run = small.run;
   run.results.ActivePersons = 0;
-  run.DraftSettings().REALSE = 'Y';
+  run.DraftSettings().REALSE = true;
   run.DraftSettings().PERSON_LABEL = "SCHOOLCHILD";
   run.results.summary = MakeSummary(run);
   run.results.summary.persons.maximum = run.results.summary.persons.minimum = 1;

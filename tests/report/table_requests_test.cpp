@@ -103,7 +103,7 @@ TEST(RunRequestedTables, StopsBetweenTables) {
 TEST(DispatchTable, AlphabeticalItemsWithoutLabels) {
   for (const bool both : {false, true}) {
     SmallRun small(3, 3);
-    small.run.DraftSettings().INUMB = 'Y';
+    small.run.DraftSettings().INUMB = true;
     small.run.inForce.ITLEN = 8;
     small.run.inForce.TABLES = both ? "000000000000011" : "000000000000001";
     RunRequestedTables(small.context);
