@@ -24,7 +24,8 @@ SHOWN_IN_FULL = 10  # of the runs that differ; the others stand in the file of d
 STREAMS = {"exit status", "standard output", "standard error"}
 STAMP = re.compile(rb"(?:Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) "
                    rb"[ 1-3]\d [ 12]\d:\d\d \d{4}")
-WORK_FILE = re.compile(rb"\d{3}(?=kq\.txt)")  # three random digits
+# Three random digits, also of a name that the end of a line cuts.
+WORK_FILE = re.compile(rb"(?<=/[A-Z]{3})\d{3}(?=k(?:q|$))|\d{3}(?=kq\.txt)", re.M)
 
 
 def masked(data):

@@ -104,7 +104,9 @@ bool TakeWord(Run& run, ControlState& state, std::string& word) {
 }
 
 void CopyControlLine(Run& run, const ControlState& state, std::string_view line) {
-  if (state.ControlPass == kFirstPass) run.input.copy.WriteLine(TrimRight(line));
+  if (state.ControlPass != kFirstPass) return;
+  // A failure stays with the copy until it is closed.
+  static_cast<void>(run.input.copy.WriteLine(TrimRight(line)));
 }
 
 void OpenSupplement(Run& run, ControlState& state, std::string name) {

@@ -19,7 +19,7 @@ namespace {
 }
 
 // Reads the whole record, so that what follows begins where the next record does.
-int ReadThroughFormat(Run& run, std::string& record) {
+IoStatus ReadThroughFormat(Run& run, std::string& record) {
   const ControlSettings& settings = run.settings;
   DataFormat format;
   ParseDataFormat(settings.FORMAT, settings.XWIDE, format);

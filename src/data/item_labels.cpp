@@ -56,7 +56,7 @@ void CopyLabelsFromControl(Run& run) {
   while (ReadControlFileLine(run, line) && !IsLabelEnd(line)) {
     if (TrimRight(line).empty()) continue;
     ++count;
-    list.WriteLine(TrimRight(line));
+    static_cast<void>(list.WriteLine(TrimRight(line)));  // closing tells of a failure
   }
   status = list.Close();
   if (status != kIoOk) FailLabels(run, " ITEM LABEL WORK FILE WRITE FAILURE", status, name, 'W');

@@ -40,7 +40,8 @@ void OpenDataFile(Run& run, TextReader& file, std::string& name) {
   if (status == kIoOk) {
     file.Close();
     PrepareFile(run, name, "DATA FILE");
-    status = run.RunIoStatus != kIoOk ? run.RunIoStatus : file.Open(name);
+    status = run.RunIoStatus;
+    if (status == kIoOk) status = file.Open(name);
   }
   if (status == kIoOk) return;
   ReportMessage(run, " UNABLE TO OPEN DATA  FILE: " + name);

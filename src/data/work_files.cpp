@@ -88,7 +88,7 @@ void OpenWorkFiles(Run& run) {
 
 void AllocateStores(Run& run) {
   WorkStores& stores = run.stores;
-  stores.scoredRows.GiveBack();
+  stores.scoredRows.Drop();
   stores.personWork.Mirror(run.memory, run.NPERS);
   stores.scoredRows.Mirror(run.memory, run.NPERS);
 }

@@ -87,8 +87,8 @@ class AnchorList {
   // measures.
   bool Fix(const EntryRange& range, float value) {
     const ControlSettings& settings = run_.settings;
-    const float logits = settings.UANCHOR ? (value - settings.UMEAN) / settings.USCALE
-                                                 : value / settings.UASCALE;
+    const float logits =
+        settings.UANCHOR ? (value - settings.UMEAN) / settings.USCALE : value / settings.UASCALE;
     if (!std::isfinite(logits)) return false;
     for (int entry = range.first; entry <= range.last; ++entry) {
       if (status_[entry] != Status::Active) continue;

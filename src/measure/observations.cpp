@@ -126,9 +126,7 @@ void UpdateGroupMaxWeight(Run& run) {
   }
 }
 
-bool CentresOnItems(const Run& run) {
-  return run.settings.UMEAN_IS_ITEM && !AnchorsSetFrame(run);
-}
+bool CentresOnItems(const Run& run) { return run.settings.UMEAN_IS_ITEM && !AnchorsSetFrame(run); }
 
 bool CentresOnPersons(const Run& run) {
   return !run.settings.UMEAN_IS_ITEM && !AnchorsSetFrame(run);

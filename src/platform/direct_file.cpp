@@ -13,7 +13,7 @@ constexpr std::size_t kWindowSize = 64 * 1024;
 
 }  // namespace
 
-int DirectFile::Create(const std::string& path, std::size_t recordLength) {
+IoStatus DirectFile::Create(const std::string& path, std::size_t recordLength) {
   recordLength_ = std::max<std::size_t>(recordLength, 1);
   windowCapacity_ = std::max<std::size_t>(kWindowSize / recordLength_, 1);
   window_.assign(windowCapacity_ * recordLength_, 0);
@@ -25,7 +25,7 @@ int DirectFile::Create(const std::string& path, std::size_t recordLength) {
 
 // Brings the window over the record (counted from 0). Windows begin at multiples of their capacity,
 // so that a walk in either direction moves rarely.
-int DirectFile::MoveWindow(std::uint64_t record) {
+IoStatus DirectFile::MoveWindow(std::uint64_t record) {
   if (record >= windowFirst_ && record - windowFirst_ < windowCapacity_) return kIoOk;
   if (const int status = Flush(); status != kIoOk) return status;
   windowFirst_ = record / windowCapacity_ * windowCapacity_;
@@ -41,7 +41,7 @@ int DirectFile::MoveWindow(std::uint64_t record) {
   return kIoOk;
 }
 
-int DirectFile::Write(int record, const void* bytes) {
+IoStatus DirectFile::Write(int record, const void* bytes) {
   if (record < 1 || !IsOpen()) return EINVAL;
   const std::uint64_t number = static_cast<std::uint64_t>(record) - 1;
   if (const int status = MoveWindow(number); status != kIoOk) return status;
@@ -56,7 +56,7 @@ int DirectFile::Write(int record, const void* bytes) {
   return kIoOk;
 }
 
-int DirectFile::Read(int record, void* bytes) {
+IoStatus DirectFile::Read(int record, void* bytes) {
   if (record < 1 || !IsOpen()) return EINVAL;
   const std::uint64_t number = static_cast<std::uint64_t>(record) - 1;
   if (const int status = MoveWindow(number); status != kIoOk) return status;
@@ -66,7 +66,7 @@ int DirectFile::Read(int record, void* bytes) {
   return kIoOk;
 }
 
-int DirectFile::Flush() {
+IoStatus DirectFile::Flush() {
   if (!dirty_) return kIoOk;
   const int status =
       file_.WriteAt(windowFirst_ * recordLength_, window_.data(), windowFilled_ * recordLength_);
@@ -74,7 +74,7 @@ int DirectFile::Flush() {
   return status;
 }
 
-int DirectFile::Close() {
+IoStatus DirectFile::Close() {
   if (!IsOpen()) return kIoOk;
   const int flushed = Flush();
   dirty_ = false;

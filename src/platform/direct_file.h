@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/file.h"
+#include "platform/io_status.h"
 
 namespace vardento {
 
@@ -15,17 +16,17 @@ class DirectFile {
  public:
   // Opens `path` (created exclusively or, when it exists already, cut to nothing; mode 0600; links
   // are not followed) for records of `recordLength` bytes, at least 1.
-  int Create(const std::string& path, std::size_t recordLength);
+  IoStatus Create(const std::string& path, std::size_t recordLength);
   bool IsOpen() const { return file_.IsOpen(); }
   std::size_t RecordLength() const { return recordLength_; }
   // `bytes` holds RecordLength() bytes. Reading a record that was never written is kIoEndOfFile.
-  int Write(int record, const void* bytes);
-  int Read(int record, void* bytes);
-  int Flush();
-  int Close();
+  IoStatus Write(int record, const void* bytes);
+  IoStatus Read(int record, void* bytes);
+  IoStatus Flush();
+  IoStatus Close();
 
  private:
-  int MoveWindow(std::uint64_t record);
+  IoStatus MoveWindow(std::uint64_t record);
 
   File file_;
   std::size_t recordLength_ = 0;

@@ -58,14 +58,14 @@ int FlagsOf(FileMode mode) {
 }
 
 // Whether what was opened may be used in this mode, as a status.
-int CheckKind(int descriptor, FileMode mode) {
+IoStatus CheckKind(int descriptor, FileMode mode) {
   struct stat info;
   if (fstat(descriptor, &info) != 0) return StatusOfErrno(errno);
   if (S_ISDIR(info.st_mode)) return EISDIR;
   if (S_ISREG(info.st_mode)) return kIoOk;
   // The user may send a report to a device (/dev/null); nothing else is read from or kept there.
   const bool isForUser = mode == FileMode::Replace || mode == FileMode::Keep;
-  return isForUser && S_ISCHR(info.st_mode) ? kIoOk : EINVAL;
+  return isForUser && S_ISCHR(info.st_mode) ? kIoOk : IoStatus(EINVAL);
 }
 
 // The writes to a device may wait; only its opening must not.
@@ -104,8 +104,8 @@ File& File::operator=(File&& other) noexcept {
   return *this;
 }
 
-int File::Open(const std::string& path, FileMode mode) {
-  if (IsOpen()) Close();
+IoStatus File::Open(const std::string& path, FileMode mode) {
+  if (IsOpen()) static_cast<void>(Close());
   if (FaultStrikes()) return StatusOfErrno(errno);
   if (path.find('\0') != std::string::npos) return kIoFileNotFound;
   const bool isPrivate = mode == FileMode::CreateExclusive || mode == FileMode::ReplacePrivate;
@@ -128,14 +128,14 @@ int File::Open(const std::string& path, FileMode mode) {
   return kIoOk;
 }
 
-int File::Cut() {
+IoStatus File::Cut() {
   struct stat info;
   if (fstat(descriptor_, &info) != 0) return StatusOfErrno(errno);
   if (!S_ISREG(info.st_mode)) return kIoOk;
   return ftruncate(descriptor_, 0) == 0 ? kIoOk : StatusOfErrno(errno);
 }
 
-int File::ReadAt(std::uint64_t offset, void* bytes, std::size_t size, std::size_t& got) {
+IoStatus File::ReadAt(std::uint64_t offset, void* bytes, std::size_t size, std::size_t& got) {
   got = 0;
   if (FaultStrikes()) return StatusOfErrno(errno);
   while (got < size) {
@@ -149,7 +149,7 @@ int File::ReadAt(std::uint64_t offset, void* bytes, std::size_t size, std::size_
   return kIoOk;
 }
 
-int File::WriteAt(std::uint64_t offset, const void* bytes, std::size_t size) {
+IoStatus File::WriteAt(std::uint64_t offset, const void* bytes, std::size_t size) {
   if (FaultStrikes()) return StatusOfErrno(errno);
   for (std::size_t done = 0; done < size;) {
     const ssize_t n = ::pwrite(descriptor_, static_cast<const char*>(bytes) + done, size - done,
@@ -161,7 +161,7 @@ int File::WriteAt(std::uint64_t offset, const void* bytes, std::size_t size) {
   return kIoOk;
 }
 
-int File::Append(const void* bytes, std::size_t size) {
+IoStatus File::Append(const void* bytes, std::size_t size) {
   if (FaultStrikes()) return StatusOfErrno(errno);
   for (std::size_t done = 0; done < size;) {
     const ssize_t n = ::write(descriptor_, static_cast<const char*>(bytes) + done, size - done);
@@ -172,14 +172,14 @@ int File::Append(const void* bytes, std::size_t size) {
   return kIoOk;
 }
 
-int File::GetSize(std::uint64_t& size) {
+IoStatus File::GetSize(std::uint64_t& size) {
   struct stat info;
   if (fstat(descriptor_, &info) != 0) return StatusOfErrno(errno);
   size = static_cast<std::uint64_t>(info.st_size);
   return kIoOk;
 }
 
-int File::Close() {
+IoStatus File::Close() {
   if (descriptor_ < 0) return kIoOk;
   const int descriptor = std::exchange(descriptor_, -1);
   // An interrupted close has closed the file all the same.
@@ -193,7 +193,7 @@ bool FileExists(const std::string& path) {
   return lstat(path.c_str(), &info) == 0;
 }
 
-int RemoveFile(const std::string& path) {
+IoStatus RemoveFile(const std::string& path) {
   return ::unlink(path.c_str()) == 0 ? kIoOk : StatusOfErrno(errno);
 }
 

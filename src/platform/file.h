@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/io_status.h"
+
 namespace vardento {
 
 enum class FileMode {
@@ -34,24 +36,24 @@ class File {
   File(const File&) = delete;
   File& operator=(const File&) = delete;
 
-  int Open(const std::string& path, FileMode mode);
+  IoStatus Open(const std::string& path, FileMode mode);
   bool IsOpen() const { return descriptor_ >= 0; }
   // Reads at most `size` bytes at `offset`; `got` is what was read, less than asked only at the
   // end.
-  int ReadAt(std::uint64_t offset, void* bytes, std::size_t size, std::size_t& got);
-  int WriteAt(std::uint64_t offset, const void* bytes, std::size_t size);
+  IoStatus ReadAt(std::uint64_t offset, void* bytes, std::size_t size, std::size_t& got);
+  IoStatus WriteAt(std::uint64_t offset, const void* bytes, std::size_t size);
   // Writes at the current end of what was written in sequence (works for devices too).
-  int Append(const void* bytes, std::size_t size);
+  IoStatus Append(const void* bytes, std::size_t size);
   // Cuts a regular file to nothing; a device has nothing to cut.
-  int Cut();
-  int GetSize(std::uint64_t& size);
-  int Close();
+  IoStatus Cut();
+  IoStatus GetSize(std::uint64_t& size);
+  IoStatus Close();
 
  private:
   int descriptor_ = -1;
 };
 
 bool FileExists(const std::string& path);
-int RemoveFile(const std::string& path);
+IoStatus RemoveFile(const std::string& path);
 
 }  // namespace vardento

@@ -4,7 +4,7 @@
 
 namespace vardento {
 
-int StatusOfErrno(int error) {
+IoStatus StatusOfErrno(int error) {
   switch (error) {
     case 0:
       return kIoOk;

@@ -4,16 +4,26 @@
 
 namespace vardento {
 
-inline constexpr int kIoOk = 0;
-inline constexpr int kIoEndOfFile = -1;
+// How a file operation ended: a number of the ones below or the system's. It can't be passed over.
+class [[nodiscard]] IoStatus {
+ public:
+  constexpr IoStatus(int number) : number_(number) {}
+  constexpr operator int() const { return number_; }
+
+ private:
+  int number_;
+};
+
+inline constexpr IoStatus kIoOk = 0;
+inline constexpr IoStatus kIoEndOfFile = -1;
 // The program's own mark for a text file whose last line has no line end.
-inline constexpr int kIoNoFinalLineEnd = -2;
-inline constexpr int kIoDirectoryNotFound = 3;
-inline constexpr int kIoFileNotFound = 6416;
-inline constexpr int kIoDiskFull = 6422;
+inline constexpr IoStatus kIoNoFinalLineEnd = -2;
+inline constexpr IoStatus kIoDirectoryNotFound = 3;
+inline constexpr IoStatus kIoFileNotFound = 6416;
+inline constexpr IoStatus kIoDiskFull = 6422;
 
 // Turns an errno value into a status: the ones above keep their own numbers, EPERM is told as
 // EACCES (1 and 3 have meanings of their own in the messages), all others stay as they are.
-int StatusOfErrno(int error);
+IoStatus StatusOfErrno(int error);
 
 }  // namespace vardento

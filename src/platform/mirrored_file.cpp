@@ -1,14 +1,15 @@
 #include "platform/mirrored_file.h"
 
+#include <cassert>
 #include <cstring>
 
 #include "platform/io_status.h"
 
 namespace vardento {
 
-int MirroredFile::Create(const std::string& path, std::size_t recordLength) {
+IoStatus MirroredFile::Create(const std::string& path, std::size_t recordLength) {
   memory_.Free();
-  file_.Close();
+  static_cast<void>(file_.Close());  // what it held is not wanted
   return file_.Create(path, recordLength);
 }
 
@@ -17,7 +18,7 @@ void MirroredFile::Mirror(MemoryBudget& budget, int records) {
   memory_.Allocate(budget, static_cast<std::size_t>(records) * file_.RecordLength());
 }
 
-int MirroredFile::Write(int record, const void* bytes) {
+IoStatus MirroredFile::Write(int record, const void* bytes) {
   if (IsMirrored()) {
     unsigned char* const place = Place(record);
     if (place != bytes) std::memcpy(place, bytes, file_.RecordLength());
@@ -26,19 +27,24 @@ int MirroredFile::Write(int record, const void* bytes) {
   return file_.Write(record, bytes);
 }
 
-int MirroredFile::Read(int record, void* bytes) {
+IoStatus MirroredFile::Read(int record, void* bytes) {
   if (!IsMirrored()) return file_.Read(record, bytes);
   std::memcpy(bytes, Place(record), file_.RecordLength());
   return kIoOk;
 }
 
-int MirroredFile::Fill(int record, void* bytes) {
+IoStatus MirroredFile::Fill(int record, void* bytes) {
   const int status = file_.Read(record, bytes);
   if (status == kIoOk && IsMirrored()) std::memcpy(Place(record), bytes, file_.RecordLength());
   return status;
 }
 
-int MirroredFile::GiveBack() {
+void MirroredFile::Drop() {
+  assert(writes_ == Writes::Both);
+  memory_.Free();
+}
+
+IoStatus MirroredFile::GiveBack() {
   int status = kIoOk;
   if (IsMirrored() && writes_ == Writes::MirrorAlone) {
     for (int record = 1; record <= records_ && status == kIoOk; ++record) {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/direct_file.h"
+#include "platform/io_status.h"
 #include "platform/memory.h"
 
 namespace vardento {
@@ -16,7 +17,7 @@ class MirroredFile {
   enum class Writes { Both, MirrorAlone };
   explicit MirroredFile(Writes writes) : writes_(writes) {}
 
-  int Create(const std::string& path, std::size_t recordLength);
+  IoStatus Create(const std::string& path, std::size_t recordLength);
   DirectFile& File() { return file_; }
 
   // Mirrors `records` records from here on, when memory is granted. The mirror begins with zeros;
@@ -27,12 +28,14 @@ class MirroredFile {
   const unsigned char* Find(int record) const { return IsMirrored() ? Place(record) : nullptr; }
 
   // Statuses are those of the file; memory does not fail.
-  int Write(int record, const void* bytes);
-  int Read(int record, void* bytes);
+  IoStatus Write(int record, const void* bytes);
+  IoStatus Read(int record, void* bytes);
   // Reads the record from the file, into `bytes` and the mirror.
-  int Fill(int record, void* bytes);
+  IoStatus Fill(int record, void* bytes);
+  // Frees the mirror of a file that is complete without it.
+  void Drop();
   // Writes what memory alone holds to the file, then frees the mirror.
-  int GiveBack();
+  IoStatus GiveBack();
 
  private:
   unsigned char* Place(int record) const {

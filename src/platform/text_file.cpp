@@ -13,14 +13,14 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 }  // namespace
 
-int TextReader::Open(const std::string& path) {
+IoStatus TextReader::Open(const std::string& path) {
   if (const int status = file_.Open(path, FileMode::Read); status != kIoOk) return status;
   name_ = path;
   buffer_.resize(kBufferSize);
   return Rewind();
 }
 
-int TextReader::Rewind() {
+IoStatus TextReader::Rewind() {
   if (!file_.IsOpen()) return kIoEndOfFile;
   next_ = end_ = 0;
   offset_ = 0;
@@ -43,7 +43,7 @@ bool TextReader::FillBuffer(int& status) {
   return got > 0;
 }
 
-int TextReader::ReadLine(std::string& line, int maxLength) {
+IoStatus TextReader::ReadLine(std::string& line, int maxLength) {
   line.clear();
   if (!file_.IsOpen()) return kIoEndOfFile;
   const std::size_t limit = static_cast<std::size_t>(std::max(maxLength, 0));
@@ -71,19 +71,19 @@ int TextReader::ReadLine(std::string& line, int maxLength) {
   }
 }
 
-int TextReader::Close() {
+void TextReader::Close() {
   next_ = end_ = 0;
-  return file_.Close();
+  static_cast<void>(file_.Close());
 }
 
-int TextWriter::Open(const std::string& path, FileMode mode) {
+IoStatus TextWriter::Open(const std::string& path, FileMode mode) {
   Abandon();
   status_ = file_.Open(path, mode);
   cutIsDue_ = status_ == kIoOk && mode == FileMode::Keep;
   return status_;
 }
 
-int TextWriter::CutWhenDue() {
+IoStatus TextWriter::CutWhenDue() {
   if (!cutIsDue_) return kIoOk;
   cutIsDue_ = false;
   return file_.Cut();
@@ -92,17 +92,17 @@ int TextWriter::CutWhenDue() {
 void TextWriter::Abandon() {
   buffer_.clear();
   cutIsDue_ = false;
-  file_.Close();
+  static_cast<void>(file_.Close());
 }
 
-int TextWriter::WriteLine(std::string_view line) {
+IoStatus TextWriter::WriteLine(std::string_view line) {
   if (status_ != kIoOk) return status_;
   buffer_.append(line);
   buffer_.push_back('\n');
   return buffer_.size() < kBufferSize ? kIoOk : Flush();
 }
 
-int TextWriter::Flush() {
+IoStatus TextWriter::Flush() {
   if (status_ == kIoOk) status_ = CutWhenDue();
   if (status_ == kIoOk && !buffer_.empty()) {
     status_ = file_.Append(buffer_.data(), buffer_.size());
@@ -111,9 +111,9 @@ int TextWriter::Flush() {
   return status_;
 }
 
-int TextWriter::Close() {
+IoStatus TextWriter::Close() {
   if (!IsOpen()) return status_;
-  Flush();
+  static_cast<void>(Flush());  // status_ keeps it
   const int closed = file_.Close();
   if (status_ == kIoOk) status_ = closed;
   return status_;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/file.h"
+#include "platform/io_status.h"
 
 namespace vardento {
 
@@ -18,7 +19,7 @@ inline constexpr int kMaxLineLength = 32000;
 // of the file are read as if they were not there; every other byte arrives as it stands.
 class TextReader {
  public:
-  int Open(const std::string& path);
+  IoStatus Open(const std::string& path);
   bool IsOpen() const { return file_.IsOpen(); }
   // The file opened last, and the number of the line that was given last, counted from the start;
   // GoTo doesn't count back.
@@ -26,16 +27,16 @@ class TextReader {
   int LineNumber() const { return lineNumber_; }
   // The next line without its end, cut at `maxLength` bytes. Returns kIoOk, kIoEndOfFile or a
   // failure; a last line without a line end counts as a line.
-  int ReadLine(std::string& line, int maxLength = kMaxLineLength);
+  IoStatus ReadLine(std::string& line, int maxLength = kMaxLineLength);
   // Starts again at the first line.
-  int Rewind();
+  IoStatus Rewind();
   // Where the next line begins, and the way back to there.
   std::uint64_t Place() const { return offset_ - (end_ - next_); }
   void GoTo(std::uint64_t place) {
     offset_ = place;
     next_ = end_ = 0;
   }
-  int Close();
+  void Close();  // nothing can be lost
 
  private:
   bool FillBuffer(int& status);
@@ -54,17 +55,17 @@ class TextReader {
 // it returned kIoOk; a writer that goes without it gives up what it still holds.
 class TextWriter {
  public:
-  int Open(const std::string& path, FileMode mode);
+  IoStatus Open(const std::string& path, FileMode mode);
   bool IsOpen() const { return file_.IsOpen(); }
-  int WriteLine(std::string_view line);
-  int Flush();
-  [[nodiscard]] int Close();
+  IoStatus WriteLine(std::string_view line);
+  IoStatus Flush();
+  IoStatus Close();
   // Closes the file and forgets what was not written yet: a file opened with FileMode::Keep, to
   // which no more than a buffer has gone, is then as it was.
   void Abandon();
 
  private:
-  int CutWhenDue();
+  IoStatus CutWhenDue();
 
   File file_;
   bool cutIsDue_ = false;

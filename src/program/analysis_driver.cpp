@@ -78,7 +78,7 @@ void AnalysisDriver(Run& run) {
   MeasureRun(run);
   run.phases.Enter(Phase::Output);
   PumpMessages(run);
-  run.stores.scoredRows.GiveBack();
+  run.stores.scoredRows.Drop();
   WriteRunSummary(run);
   if (run.StopRequest != 1) WriteFilesAndTables(run);
   WriteReportText(run, "^");

@@ -9,8 +9,7 @@ void PrintInFitOrder(ReportContext& context) {
   if (list.order != 'F') {
     SortByFit(context.run, ArraysOf(context.run, context.needs.subject), list);
   }
-  MeasureTable(context, context.needs.subject,
-               !context.run.settings.OUTFIT ? "INFIT" : "MISFIT")
+  MeasureTable(context, context.needs.subject, !context.run.settings.OUTFIT ? "INFIT" : "MISFIT")
       .Print();
 }
 

@@ -30,9 +30,7 @@ bool IsZeroOr(const Subtable& s) {
 // What the settings must say.
 
 bool Always(const Run&, const Subtable&) { return true; }
-bool Categories(const Run& run, const Subtable& s) {
-  return !s.whole || run.settings.STEPT3;
-}
+bool Categories(const Run& run, const Subtable& s) { return !s.whole || run.settings.STEPT3; }
 bool Chart(const Run& run, const Subtable&) { return run.settings.CHART; }
 bool Frequencies(const Run& run, const Subtable&) { return run.settings.DISTRT; }
 bool SeveralGroups(const Run& run, const Subtable&) { return run.NGROUPS > 1; }

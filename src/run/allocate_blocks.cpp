@@ -221,7 +221,7 @@ void RestorePersonStatus(Run& run) {
   status = file.ReadAt(0, persons.Data(), held, got);
   if (status == kIoOk && got < held) status = kIoEndOfFile;
   if (status != kIoOk) FailHoldFile(run, status, 'R');
-  file.Close();
+  static_cast<void>(file.Close());  // it was only read
   run.workDirectory.Remove("ZUU");
 }
 

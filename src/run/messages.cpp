@@ -94,7 +94,8 @@ void TellUser(Run& run, std::string_view text) {
 void ReportMessage(Run& run, std::string_view text) {
   TellUser(run, text);
   // A report that fails is told about elsewhere: its own messages must not come back here.
-  if (run.batch && run.report.IsOpen()) run.report.PutLine(" " + MessageText(text), run.settings);
+  if (!run.batch || !run.report.IsOpen()) return;
+  static_cast<void>(run.report.PutLine(" " + MessageText(text), run.settings));
 }
 
 void Warn(Run& run, const SourceLine& where, std::string_view text) {
@@ -119,7 +120,7 @@ void WriteReportText(Run& run, std::string_view line, std::string_view onConsole
   if (!TellReportFailure(run, run.report.PutLine(line, run.settings))) return;
   WriteConsole(run, " FAILED TO WRITE:");
   WriteConsole(run, onConsole);
-  run.report.PutLine(line, run.settings);
+  static_cast<void>(run.report.PutLine(line, run.settings));
   --run.report.LinesOnPage;  // the line counts once
   ReportFileFailure(run, run.report.Name(), 'W');
   run.RunIoStatus = 0;

@@ -13,7 +13,7 @@ constexpr char kPageMark = '^';
 
 }  // namespace
 
-int ReportOutput::Open(const std::string& path, FileMode mode) {
+IoStatus ReportOutput::Open(const std::string& path, FileMode mode) {
   name_ = path;
   failureTold = false;
   isNew_ = !FileExists(path);
@@ -22,10 +22,10 @@ int ReportOutput::Open(const std::string& path, FileMode mode) {
 
 void ReportOutput::Abandon() {
   writer_.Abandon();
-  if (isNew_) RemoveFile(name_);
+  if (isNew_) static_cast<void>(RemoveFile(name_));
 }
 
-int ReportOutput::PutLine(std::string_view line, const ControlSettings& settings) {
+IoStatus ReportOutput::PutLine(std::string_view line, const ControlSettings& settings) {
   std::string text(TrimRight(line.substr(0, kMaxLine)));
   if (text.empty()) text = " ";
   std::size_t first = 0;
@@ -41,7 +41,7 @@ int ReportOutput::PutLine(std::string_view line, const ControlSettings& settings
   return writer_.WriteLine(std::string_view(text).substr(first));
 }
 
-int ReportOutput::CopyLine(std::string_view line) {
+IoStatus ReportOutput::CopyLine(std::string_view line) {
   ++LinesOnPage;
   return writer_.WriteLine(line);
 }

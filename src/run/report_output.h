@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/io_status.h"
 #include "platform/text_file.h"
 
 namespace vardento {
@@ -16,9 +17,9 @@ class ReportOutput {
   // What a line may hold, its control column included.
   static constexpr int kMaxLine = 501;
 
-  int Open(const std::string& path, FileMode mode);
+  IoStatus Open(const std::string& path, FileMode mode);
   bool IsOpen() const { return writer_.IsOpen(); }
-  int Close() { return writer_.Close(); }
+  IoStatus Close() { return writer_.Close(); }
   // Leaves the place as it was before Open, as long as little was written (see
   // TextWriter::Abandon).
   void Abandon();
@@ -26,10 +27,10 @@ class ReportOutput {
 
   // Writes one line whose column 1 is the control column ("^" begins a page) and counts it. Returns
   // the writer's status.
-  int PutLine(std::string_view line, const ControlSettings& settings);
+  IoStatus PutLine(std::string_view line, const ControlSettings& settings);
 
   // Writes one line of another file as it stands.
-  int CopyLine(std::string_view line);
+  IoStatus CopyLine(std::string_view line);
 
   int LinesOnPage = 0;  // negative: the next heading needs no page break
   int PageNumber = 1;

@@ -28,7 +28,7 @@ bool RunFiles::IsKept(const std::string& name) const {
   });
 }
 
-int OpenReport(Run& run, const std::string& name, FileMode mode) {
+IoStatus OpenReport(Run& run, const std::string& name, FileMode mode) {
   const int status = run.report.Open(name, mode);
   if (status == kIoOk) run.files.Enter("THE REPORT OUTPUT FILE", name, FileUse::Report);
   return status;

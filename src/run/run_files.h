@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/file.h"
+#include "platform/io_status.h"
 
 namespace vardento {
 
@@ -37,7 +38,7 @@ class RunFiles {
 };
 
 // Opens the report and enters it into the run's files; a status.
-int OpenReport(Run& run, const std::string& name, FileMode mode);
+IoStatus OpenReport(Run& run, const std::string& name, FileMode mode);
 // Ends the run, and leaves the file as it was, when the report was given the name of a file that
 // the run reads.
 void KeepFromReport(Run& run, const std::string& name, std::string_view caption);

@@ -61,14 +61,14 @@ void WorkDirectory::Keep(const std::string& name) { std::erase(names_, name); }
 
 void WorkDirectory::Remove(std::string_view stem) {
   const std::string name = path_ + std::string(stem) + tail_;
-  RemoveFile(name);
+  static_cast<void>(RemoveFile(name));
   Keep(name);
 }
 
 void WorkDirectory::RemoveFiles() {
   // "ZIN" holds the run's number: it goes last.
   while (!names_.empty()) {
-    RemoveFile(names_.back());
+    static_cast<void>(RemoveFile(names_.back()));  // nothing can be done about one that stays
     names_.pop_back();
   }
 }

@@ -232,7 +232,7 @@ TEST(ControlReader, ReadsTextsInDataFormat) {
   EXPECT_THAT(plain.Settings().keyStrings, testing::ElementsAre("0101", "    "));
   EXPECT_THAT(plain.Said(), HasSubstr(" KEY2 processed in data format\n"));
   std::string label;
-  plain.test.run.input.control.ReadLine(label);
+  EXPECT_EQ(plain.test.run.input.control.ReadLine(label), kIoOk);
   EXPECT_EQ(label, "label");
 
   ControlText formatted(

@@ -144,7 +144,7 @@ TEST(ConvertForms, TellsOfFilesAsTheReaderOfTheDataDoes) {
               Contains(" ERROR IN DATA AT PERSON: 2.  CHECK DATA AND RUN AGAIN."));
 
   FormsRun report("D=@1\nI1=1\n", "1\n");
-  OpenReport(report.run, report.directory.NameOf("1.txt"), FileMode::Keep);
+  EXPECT_EQ(OpenReport(report.run, report.directory.NameOf("1.txt"), FileMode::Keep), kIoOk);
   EXPECT_THROW(ConvertForms(report.run), RunEnded);
   EXPECT_EQ(report.directory.Read("1.txt"), "1\n");
 

@@ -53,7 +53,7 @@ TEST(ItemLabels, ComeFromTheControlFileOrAList) {
     EXPECT_EQ(data.run.inForce.ITLEN, c.itlen);
     EXPECT_EQ(Joined(data.console.lines), c.said);
     std::string next;
-    data.run.input.control.ReadLine(next);
+    EXPECT_EQ(data.run.input.control.ReadLine(next), kIoOk);
     EXPECT_EQ(next, c.nextLine);
   }
 }
@@ -62,7 +62,7 @@ TEST(ItemLabels, NumbersStandForLabelsWithINUMB) {
   DataRun data("data\n", 2);
   ReadItemLabels(data.run);
   std::string next;
-  data.run.input.control.ReadLine(next);
+  EXPECT_EQ(data.run.input.control.ReadLine(next), kIoOk);
   EXPECT_EQ(next, "data");  // nothing was skipped
   EXPECT_EQ(data.run.inForce.ITLEN, 8);
   EXPECT_EQ(ItemLabelOf(data.run, 2), "I0002");

@@ -31,7 +31,7 @@ class SmallRun : public TestRun {
     MakeItems(items, groups);
     MakePersons(persons);
     OpenWorkFiles(run);
-    run.stores.itemLabels.Create(run.workDirectory.NameOf("ZJJ"), 6);
+    static_cast<void>(run.stores.itemLabels.Create(run.workDirectory.NameOf("ZJJ"), 6));
     for (int n = 1; n <= persons; ++n) SetPerson(n, "Pers" + std::to_string(n), {});
     for (int i = 1; i <= items; ++i) SetItemLabel(i, "Item" + std::to_string(i));
     OpenReport();
@@ -42,7 +42,7 @@ class SmallRun : public TestRun {
     WritePersonWork(run, n, record);
   }
   void SetItemLabel(int i, const std::string& label) {
-    run.stores.itemLabels.Write(i, (label + "      ").substr(0, 6).data());
+    static_cast<void>(run.stores.itemLabels.Write(i, (label + "      ").substr(0, 6).data()));
   }
   // Weights of 1 for one side.
   void GiveItemWeights() { run.given.ItemWeight = Floats(run.settings.NI, 1.0F); }

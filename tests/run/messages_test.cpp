@@ -157,7 +157,7 @@ TEST(PutLine, FollowsTheControlColumnAndKeepsEveryByte) {
     test.OpenReport();
     test.run.DraftSettings().FORMFD = c.formfd;
     test.run.report.LinesOnPage = 7;
-    test.run.report.PutLine(c.line, test.run.settings);
+    EXPECT_EQ(test.run.report.PutLine(c.line, test.run.settings), kIoOk);
     EXPECT_EQ(test.run.report.LinesOnPage, c.linesOnPage);
     EXPECT_EQ(test.Report(), c.expected);
   }

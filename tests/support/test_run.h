@@ -34,9 +34,11 @@ class TestRun {
   }
 
   // Opens the report, for tests of what is written to it; read it back with Report().
-  void OpenReport() { vardento::OpenReport(run, run.startUp.ReportFileName, FileMode::Replace); }
+  void OpenReport() {
+    static_cast<void>(vardento::OpenReport(run, run.startUp.ReportFileName, FileMode::Replace));
+  }
   std::string Report() {
-    run.report.Close();
+    static_cast<void>(run.report.Close());
     return directory.Read("report.txt");
   }
 
