@@ -115,6 +115,7 @@ void FitPass::MeasurePerson(int number) {
   person.number = number;
   person.status = arrays_.PersonStatus[number];
   person.weight = PersonWeightOf(run_, number);
+  // The row of the person before must not shine through where this one has no residual.
   if (writesResiduals_) std::fill(residualRow_.begin(), residualRow_.end(), kMissingResidual);
   if (IsMeasured(person.status)) {
     person.measure = arrays_.PersonMeasure[number];
@@ -282,6 +283,8 @@ void FitPass::CountHit(const ItemInHand& hand, int x, double y, double w) {
   add(arrays_.CategoryExpectedHits[hand.start + expectedCategory]);
 }
 
+// Within what the iteration was asked for, a displacement is no finding; nor is one that prints as
+// 0.
 bool FitPass::ShowsDisplacement(const FitSums& sums, double displacement, double bias) const {
   if (!(std::fabs(displacement) > settings_.LCONV)) return false;
   if (!(std::fabs(HeldScore(sums, settings_.EXTRSC) - sums.expected) > settings_.RCONV)) {
@@ -376,6 +379,7 @@ void FitPass::CloseCategories() {
       arrays_.CategoryVariance[p] = static_cast<float>(sums.variance);
       arrays_.CategoryZVariance[p] = static_cast<float>(sums.zVariance);
       arrays_.CategoryInformation[p] = static_cast<float>(sums.information);
+      // Observed less expected: from here on a residual.
       arrays_.CategoryExpectedCount[p] = static_cast<float>(n - sums.expectedCount);
       arrays_.CategoryObservedMeasure[p] = static_cast<float>(sums.observedMeasure * share);
       arrays_.CategoryExpectedMeasure[p] = static_cast<float>(sums.expectedMeasure * share);

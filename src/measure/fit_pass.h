@@ -13,8 +13,10 @@
 namespace vardento {
 
 // What one category position adds up over the observations of active persons on active items, by
-// the pairs' weights. The model's part (sums of p(k)) takes in every observation of the group, the
-// observed part (z, y, d) those in category k.
+// the pairs' weights. The model's part takes in every observation of the group: expectedCount sums
+// p(k), information the variance of step k (per squared logit), expectedMeasure d p(k), variance
+// and zVariance (k - E)^2 p(k) and the same over V. The observed part those in category k: y
+// squared, z squared, d (logits).
 struct CategoryFit {
   double expectedCount, information, observedZ, observedY, variance, zVariance, observedMeasure,
       expectedMeasure;

@@ -38,6 +38,7 @@ class StatisticSum {
   }
 
  private:
+  // `used_`: no value stands for "none yet", as measures lie on both sides of 0.
   void Widen(float low, float high) {
     minimum_ = used_ ? std::min(minimum_, low) : low;
     maximum_ = used_ ? std::max(maximum_, high) : high;
@@ -84,6 +85,7 @@ void CountStatus(const Array1<StatusByte>& status, FacetSummary& summary) {
     if (s == Status::ExtremeHigh) ++summary.maximum;
     if (s == Status::ExtremeLow) ++summary.minimum;
     if (s == Status::NoResponses) ++summary.lacking;
+    // Those that lost their responses on the way count with those that the user left out.
     if (s < Status::NoResponses) ++summary.deleted;
   }
 }
