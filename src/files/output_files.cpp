@@ -1,6 +1,6 @@
 #include "files/output_files.h"
 
-#include <ranges>
+#include <iterator>
 
 #include "files/measure_files.h"
 #include "files/step_files.h"
@@ -41,12 +41,12 @@ std::span<const OutputFileRow> OutputFiles() { return kOutputFiles; }
 
 void EnterOutputFiles(Run& run) {
   // From the last to the first, so that the first of two is named first.
-  for (const OutputFileRow& file : std::views::reverse(kOutputFiles)) {
-    const std::string& name = run.settings.*file.name;
+  for (auto file = std::rbegin(kOutputFiles); file != std::rend(kOutputFiles); ++file) {
+    const std::string& name = run.settings.*file->name;
     if (name.empty()) continue;
-    KeepApart(run, file.Variable(), run.files.Find(name, FileUse::Output));
-    KeepApart(run, file.Variable(), run.files.Find(name, FileUse::Report));
-    run.files.Enter(std::string(file.Variable()), name, FileUse::Output);
+    KeepApart(run, file->Variable(), run.files.Find(name, FileUse::Output));
+    KeepApart(run, file->Variable(), run.files.Find(name, FileUse::Report));
+    run.files.Enter(std::string(file->Variable()), name, FileUse::Output);
   }
 }
 

@@ -140,8 +140,8 @@ static_assert(std::ranges::is_sorted(kTables, {}, &TableRow::table), "RowsOf sea
 }  // namespace
 
 std::span<const TableRow> RowsOf(int table) {
-  const auto rows = std::ranges::equal_range(kTables, table, {}, &TableRow::table);
-  return {rows.begin(), rows.end()};
+  return {std::ranges::lower_bound(kTables, table, {}, &TableRow::table),
+          std::ranges::upper_bound(kTables, table, {}, &TableRow::table)};
 }
 
 }  // namespace vardento
