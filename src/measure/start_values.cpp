@@ -267,7 +267,7 @@ StatusByte StartValues::SettlePerson(StatusByte status, PersonSums& sums, float&
   return settled;
 }
 
-// B = mean of D + expansion x log-odds of the score (Cohen 1979; for items met: Linacre 1994).
+// B = mean of D + expansion x log-odds of the score (Cohen 1979), over the items met.
 // Scores of more than two categories enter as the score points passed out of those possible.
 void StartValues::MovePerson(int person, StatusByte status, const PersonSums& sums) {
   if (IsAnchored(status)) {

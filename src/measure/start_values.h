@@ -5,7 +5,7 @@
 // as normally distributed: B = mean of D + sqrt(1 + variance of D / 2.65) x log-odds of the score,
 // and D likewise from the persons, with the log-odds of the score that was missed. Mean and
 // variance are over the items that the person met, the persons that the item met, so that missing
-// responses do no harm (Linacre 1994). With complete data the passes approach the closed form of
+// responses do no harm. With complete data the passes approach the closed form of
 // Wright & Stone; here they also settle who is extreme and which categories there are, which no
 // closed form does.
 #pragma once
