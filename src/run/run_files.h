@@ -11,7 +11,7 @@
 
 namespace vardento {
 
-struct Run;
+class Run;
 
 enum class FileUse { Read, Report, Output, Work };
 
