@@ -29,13 +29,13 @@ void GroupAndScore(Run& run) {
   std::vector<std::int32_t> groups(static_cast<std::size_t>(run.settings.NI));
   run.arrays.ItemGroup = {groups.data(), run.settings.NI};
   vardento::AssignGroups(run, run.arrays.ItemGroup);
-  std::string models(static_cast<std::size_t>(run.NGROUPS), ' ');
+  std::vector<vardento::Model> models(static_cast<std::size_t>(run.NGROUPS));
   run.arrays.GroupModel = {models.data(), run.NGROUPS};
   vardento::AssignModels(run);
-  vardento::DecideRescoring(run.settings);
+  run.inForce.scoring = vardento::DecideRescoring(run.settings);
   for (int item : {1, run.settings.NI}) {
     for (int code = 0; code <= run.settings.CATEGS; ++code) {
-      const int score = vardento::ScoreResponse(run.settings, code, item);
+      const int score = vardento::ScoreResponse(run.settings, run.inForce.scoring, code, item);
       if (score < 0 || score > vardento::kMissingScore) abort();
     }
   }

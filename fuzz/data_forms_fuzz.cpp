@@ -58,7 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   data.directory.Write("data.txt", TakePart(rest));
   data.settings.EDFILE = data.directory.Write("edit.txt", rest);
   try {
-    ReadData(data.run);
+    data.Read();
     if (data.settings.MAKEKEY) CheckRows(data);
   } catch (const RunEnded&) {
   }

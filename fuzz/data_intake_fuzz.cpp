@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "control/data_format.h"
+#include "control/item_specifications.h"
 #include "data/data_reader.h"
 #include "data/work_files.h"
 #include "platform/silent_console.h"
@@ -44,9 +45,9 @@ struct Arrays {
     row.resize(items);
     run.NGROUPS = NI;
     run.arrays.ItemGroup = {group.data(), NI};
-    run.arrays.GroupTop = {top.data(), NI};
+    run.given.GroupTop = {top.data(), NI};
     run.arrays.GroupStart = {start.data(), NI};
-    run.arrays.ItemStatus = {status.data(), NI};
+    run.given.ItemStatus = {status.data(), NI};
     run.arrays.ScoredRow = {row.data(), NI};
   }
   std::vector<std::int32_t> group, top, start;
@@ -66,7 +67,7 @@ void FillSettings(ControlSettings& settings, const std::uint8_t* bytes) {
   settings.CATEGS = 3;
   const char delimiters[] = {' ', ' ', 'B', 'T', 'Y', ';'};
   settings.DELIM = delimiters[bytes[5] % sizeof delimiters];
-  settings.INUMB = bytes[6] % 2 ? 'Y' : 'N';
+  settings.INUMB = bytes[6] % 2 != 0;
   settings.ITLEN = 300;
 }
 
@@ -81,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   const std::string_view text = all.substr(format.size());
   SilentConsole console;
   Run run(console);
-  FillSettings(run.settings, bytes);
+  FillSettings(run.DraftSettings(), bytes);
   run.batch = false;  // messages would go to the standard error stream
   if (!run.workDirectory.Prepare(Directory() + "work")) return 0;
   run.startUp.ControlFileName = Directory() + "control.txt";
@@ -93,11 +94,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   }
   run.personCapacity = 50;
   run.personStatusTrial.Allocate(run.memory, 50);
-  for (StatusByte& status : PersonTrial(run)) status = Status::Active;
+  run.given.PersonStatus = {reinterpret_cast<StatusByte*>(run.personStatusTrial.Data()), 50};
+  for (StatusByte& status : run.given.PersonStatus) status = Status::Active;
   Arrays arrays(run);
   try {
     run.DraftSettings().FORMAT = std::string(format);
     CheckFormat(run);
+    run.FixSettings();
+    run.inForce.scoring = DecideRescoring(run.settings);
     ReadData(run);
     for (int p = 1; p <= run.NPERS; ++p) {
       ReadPersonName(run, p);

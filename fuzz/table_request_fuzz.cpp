@@ -16,7 +16,7 @@ using namespace vardento;
 
 namespace {
 
-void ScaleRequest(ReportContext& context, const Array1<float>& boundaries) {
+void ScaleRequest(ReportContext& context, const Array1<double>& boundaries) {
   MeasureRange(context, boundaries);
   if (context.rangeSpan < 1 || !(context.rangeLow < context.rangeHigh)) abort();
   PlotAxis axis;
@@ -28,7 +28,7 @@ void ScaleRequest(ReportContext& context, const Array1<float>& boundaries) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static test::SmallRun small(3, 3);
-  static const Array1<float> boundaries = small.Floats(4);
+  static const Array1<double> boundaries = small.Doubles(4);
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   ParseTableRequest(small.run.request, text);
   ScaleRequest(small.context, boundaries);

@@ -112,6 +112,22 @@ TEST(Settings, UnusedCategories) {
   ExpectEstimates(found, {data, kept}, {});
 }
 
+// PIVOT= puts the difficulty of the items where the expected score is the pivot; what the steps
+// move by is taken out of the items and persons alike.
+TEST(Settings, Pivot) {
+  const Matrix data = RatingScale();
+  const AllEstimates centred = Estimate(data, "CODES=012");
+  const AllEstimates pivoted = Estimate(data, "CODES=012\nPIVOT=*\n3 1.4\n*");
+  const double up = std::exp(-pivoted.steps[0][0]);
+  const double top = std::exp(-pivoted.steps[0][0] - pivoted.steps[0][1]);
+  EXPECT_NEAR((up + 2 * top) / (1 + up + top), 1.4, 0.002);
+  EXPECT_LT(pivoted.steps[0][0] + pivoted.steps[0][1], -0.5);
+  const double shift = pivoted.steps[0][0] - centred.steps[0][0];
+  EXPECT_NEAR(pivoted.steps[0][1] - centred.steps[0][1], shift, 5 * kSame);
+  EXPECT_NEAR(pivoted.persons.measure[3] - pivoted.items.measure[0],
+              centred.persons.measure[3] - centred.items.measure[0] + shift, 5 * kSame);
+}
+
 TEST(Settings, MeanOfThePersons) {
   const Matrix data = RatingScale();
   const JointEstimate expected(data, kRatingScale);

@@ -124,6 +124,21 @@ TEST(CategoryModel, MissingStepsAreCertainUnderSAndImpossibleUnderF) {
   EXPECT_NEAR(StepProbabilities(d, mirrored.tables, 0, p.data()), first + last, 1e-12);
 }
 
+// A step that is not there leaves the others as they are: the category before it ("S") or behind it
+// ("F") is never met.
+TEST(CategoryModel, SequencesPassOverAMissingStep) {
+  for (const char letter : {'S', 'F'}) {
+    const Scale gap(letter, {-1.0F, 9.0F, 0.2F}, {1, 1, 0, 1});
+    const Scale closed(letter, {-1.0F, 0.2F});
+    std::vector<double> p(4, -1.0), q(3, -1.0);
+    CategoryProbabilities(0.7, gap.tables, p.data());
+    CategoryProbabilities(0.7, closed.tables, q.data());
+    const std::vector<double> wanted = letter == 'S' ? std::vector<double>{q[0], 0, q[1], q[2]}
+                                                     : std::vector<double>{q[0], q[1], 0, q[2]};
+    for (std::size_t k = 0; k < 4; ++k) EXPECT_NEAR(p[k], wanted[k], 1e-12) << letter << k;
+  }
+}
+
 TEST(CategoryModel, ScoreAndMaximumByLetter) {
   struct Case {
     int x, top;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -115,6 +116,60 @@ TEST_F(FitOfCategories, IsTheSumOverItsObservations) {
   EXPECT_NEAR(a.GroupMissingMeasure[1], missingD / missing, 1e-4);
   EXPECT_EQ(data.run.results.PersonsReported, 9);
   EXPECT_EQ(data.run.results.ItemsReported, kItems);
+}
+
+// Totals over all observations of t, the residual from what is expected at the mean measures, in
+// standard deviations of the response; and who has the most unexpected responses.
+TEST_F(FitOfCategories, TotalsAndWorstEntriesAreThoseOfTheObservations) {
+  const RunArrays& a = data.run.arrays;
+  double meanB = 0, meanD = 0, persons = 0;
+  for (int n = 1; n <= static_cast<int>(kRows.size()); ++n) {
+    if (a.PersonStatus[n] < 1) continue;
+    meanB += a.PersonMeasure[n];
+    persons += 1;
+  }
+  for (int i = 1; i <= kItems; ++i) meanD += a.ItemMeasure[i];
+  const double base = Mean(At(meanB / persons - meanD / kItems));
+  double observations = 0, t = 0, tt = 0, zz = 0, sumZ = 0;
+  std::map<int, float> worstPersons, worstItems;
+  for (std::size_t n = 0; n < kRows.size(); ++n) {
+    const int person = static_cast<int>(n) + 1;
+    if (a.PersonStatus[person] < 1) continue;
+    for (int i = 1; i <= kItems; ++i) {
+      const char response = kRows[n][static_cast<std::size_t>(i) - 1];
+      if (response == '.') continue;
+      const auto p = At(static_cast<double>(a.PersonMeasure[person]) - a.ItemMeasure[i]);
+      double v = -Mean(p) * Mean(p);
+      for (int k = 1; k <= kTop; ++k) v += k * k * p[static_cast<std::size_t>(k)];
+      const double z = (response - '0' - Mean(p)) / std::sqrt(v);
+      const double scaled = (response - '0' - base) / std::sqrt(v);
+      observations += 1;
+      t += scaled;
+      tt += scaled * scaled;
+      zz += z * z;
+      sumZ += z;
+      if (std::fabs(z) < 2) continue;
+      float& ofPerson = worstPersons[person];
+      ofPerson = std::max(ofPerson, static_cast<float>(std::fabs(z)));
+      worstItems[i] = std::max(worstItems[i], static_cast<float>(std::fabs(z)));
+    }
+  }
+  const FitOutcome& fit = data.run.results.fit;
+  EXPECT_NEAR(fit.residualVariance, zz, 1e-3);
+  EXPECT_NEAR(fit.personVariance, tt - t * t / observations - zz, 1e-2);
+  EXPECT_NEAR(fit.itemVariance, fit.personVariance, 1e-6);
+  EXPECT_NEAR(fit.residualMean, sumZ / observations, 1e-4);
+  const auto entries = [](const std::vector<WorstEntry>& list) {
+    std::map<int, float> found;
+    for (const WorstEntry& entry : list) found[entry.number] = entry.z;
+    return found;
+  };
+  ASSERT_FALSE(worstPersons.empty());
+  for (const auto& [number, z] : entries(fit.worstPersons)) {
+    EXPECT_NEAR(z, worstPersons[number], 1e-3) << "person " << number;
+  }
+  EXPECT_EQ(entries(fit.worstPersons).size(), worstPersons.size());
+  EXPECT_EQ(entries(fit.worstItems).size(), worstItems.size());
 }
 
 TEST_F(FitOfCategories, LandmarksLieWhereTheModelPutsThem) {

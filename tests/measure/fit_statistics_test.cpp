@@ -50,6 +50,18 @@ TEST(FitStatistics, FitOfAnEntryUnderEachSetting) {
   EXPECT_NEAR(FindFit(sums, settings).infitZ, 8.67 + 0.0099, 1e-6);
 }
 
+// Where the expected score does not change with the measure, the shift is the share of the score.
+TEST(FitStatistics, DisplacementWithoutASlope) {
+  FitSums sums;
+  sums.maximum = 8;
+  sums.score = 6;
+  sums.expected = sums.expectedOffset = 4;
+  EXPECT_NEAR(FindPersonDisplacement(sums, 0.3), 0.25, 1e-12);
+  EXPECT_NEAR(FindItemDisplacement(sums, 0.3), -0.25, 1e-12);
+  sums.score = 8;  // moved in from its end
+  EXPECT_NEAR(FindPersonDisplacement(sums, 0.3), 3.7 / 8, 1e-12);
+}
+
 // Running forms against sums over the whole set.
 TEST(FitStatistics, RunningStatisticsEqualTwoPasses) {
   const std::vector<double> x = {0.3, -1.2, 2.5, 0.9, -0.4, 1.1};

@@ -19,7 +19,7 @@ using Matrix = std::vector<std::string>;
 
 // What is reported of one side, in the user's units.
 struct Estimates {
-  std::vector<double> measure, error, infit, outfit, count, score;
+  std::vector<double> measure, error, infit, outfit, count, score, correlation;
   std::vector<int> status;
   void Take(const EntryValues& values) {
     measure.push_back(values.measure);
@@ -28,6 +28,7 @@ struct Estimates {
     outfit.push_back(values.outfit);
     count.push_back(values.count);
     score.push_back(values.score);
+    correlation.push_back(values.correlation);
     status.push_back(values.status);
   }
 };
