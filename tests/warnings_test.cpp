@@ -51,6 +51,13 @@ TEST(Warnings, ReachStandardErrorAndTheReport) {
        " WARNING: control.txt:11: IAFILE= 1 LINE NOT USED: 3 y\n"},
       {"EDFILE=*\n\"late corrections\"\n1 1 0\nAnn 2 1\n2 x 1\n*\n",
        " WARNING: control.txt:8: EDFILE= 2 LINES NOT USED, THE FIRST: Ann 2 1\n"},
+      {"SAFILE=*\n1 .5\n1 x\n\"3 short forms\"\n*\nPIVOT=*\n\"Of forms\"\nI29\n1 1\n*\n",
+       " WARNING: control.txt:7: SAFILE= 1 LINE NOT USED: 1 x\n"
+       " WARNING: control.txt:12: PIVOT= 1 LINE NOT USED: I29\n"},
+      {"CURVES=No\n", " WARNING: control.txt:5: CURVES=No READ AS 100\n"},
+      {"IDFILE=*\n3-x\n*\n", " WARNING: control.txt:6: IDFILE= 1 LINE NOT USED: 3-x\n"},
+      // The title of a measure file may be a number.
+      {"IDFILE=*\n\"ITEM MEASURE FILE FOR\"\n\"1-3\"\n\"Nov\"\n\"ENTRY\",\"MEASURE\"\n*\n", ""},
       {"IWEIGHT=$S5W1\n", " WARNING: IWEIGHT= 1 LINE NOT USED: 2 x\n"},
       {"PWEIGHT=$S1W3\n", " WARNING: PWEIGHT= 6 LINES NOT USED, THE FIRST: 1 Ann\n"},
       {"",

@@ -31,7 +31,7 @@ void PrepareLabelFile(Run& run, std::string& name, std::string_view keyword,
   run.RunIoStatus = reader.Open(name);
   if (run.RunIoStatus == kIoOk) {
     reader.Close();
-    PrepareFile(run, name);
+    PrepareFile(run, name, keyword);
   }
   if (run.RunIoStatus == kIoOk) return;
   ReportMessage(run, "PROBLEM WITH " + std::string(keyword) + name);

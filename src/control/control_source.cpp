@@ -73,7 +73,8 @@ SourceLine PlaceOfLine(Run& run, ControlState& state) {
   return {reader.Name(), reader.LineNumber()};
 }
 
-int ReadSourceLine(Run& run, ControlState& state, std::string& line, int maxLength, bool copy) {
+IoStatus ReadSourceLine(Run& run, ControlState& state, std::string& line, int maxLength,
+                        bool copy) {
   line.clear();
   const int status = ReaderInHand(run, state).ReadLine(line, maxLength);
   if (status != kIoOk) line.clear();
@@ -81,7 +82,7 @@ int ReadSourceLine(Run& run, ControlState& state, std::string& line, int maxLeng
   return status;
 }
 
-int ReadLogicalLine(Run& run, ControlState& state) {
+IoStatus ReadLogicalLine(Run& run, ControlState& state) {
   std::string& line = run.input.ControlLine;
   const int status = ReadSourceLine(run, state, line);
   if (status != kIoOk) return status;
@@ -119,7 +120,7 @@ void OpenSupplement(Run& run, ControlState& state, std::string name) {
     AddEditEntry(run, "Edit Supplemental Control SPFILE=", name);
   }
   reader.Close();
-  PrepareFile(run, name);
+  PrepareFile(run, name, "SPFILE=");
   run.RunIoStatus = 0;
   status = reader.Open(name);
   if (status != kIoOk) FailSupplement(run, name, status);

@@ -52,12 +52,12 @@ SourceLine PlaceOfLine(Run& run, ControlState& state);
 
 // The next physical line of the file being read, cut at maxLength; a status of io_status.h.
 // Copies the line to the copy of the control lines in the first pass, unless `copy` is off.
-int ReadSourceLine(Run& run, ControlState& state, std::string& line, int maxLength = kMaxLineLength,
-                   bool copy = true);
+IoStatus ReadSourceLine(Run& run, ControlState& state, std::string& line,
+                        int maxLength = kMaxLineLength, bool copy = true);
 
 // The next logical line of the file being read, continuation lines joined to it, in
 // run.input.ControlLine. A continuation that isn't one ends the run.
-int ReadLogicalLine(Run& run, ControlState& state);
+IoStatus ReadLogicalLine(Run& run, ControlState& state);
 
 // The next of the extra words; false when there are no more. Copies nothing.
 bool TakeWord(Run& run, ControlState& state, std::string& word);

@@ -197,8 +197,8 @@ std::string_view ParseDataFormat(std::string_view text, int xwide, DataFormat& f
   return FormatParser(Trim(text)).Parse(xwide, format);
 }
 
-int ReadFormattedRecord(TextReader& reader, const DataFormat& format, int xwide,
-                        std::string& record, std::string& line, int& linesRead) {
+IoStatus ReadFormattedRecord(TextReader& reader, const DataFormat& format, int xwide,
+                             std::string& record, std::string& line, int& linesRead) {
   linesRead = 0;
   record.assign(static_cast<std::size_t>(format.fields) * static_cast<std::size_t>(xwide), ' ');
   int status = reader.ReadLine(line);

@@ -47,8 +47,8 @@ std::string_view ParseDataFormat(std::string_view text, int xwide, DataFormat& f
 // Returns kIoOk; kIoEndOfFile when no further line was there (`linesRead` is 0 at the proper end
 // of the file, above 0 when the file ended inside the record; `record` then holds the fields read
 // so far and blanks); or the reader's failure.
-int ReadFormattedRecord(TextReader& reader, const DataFormat& format, int xwide,
-                        std::string& record, std::string& line, int& linesRead);
+IoStatus ReadFormattedRecord(TextReader& reader, const DataFormat& format, int xwide,
+                             std::string& record, std::string& line, int& linesRead);
 
 // Sets settings.FORMAT to upper case, checks it and sets settings.formatFields; ends the run when
 // it is faulty. Nothing when FORMAT= is blank. Called by CheckSettings.

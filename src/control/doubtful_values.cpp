@@ -11,6 +11,7 @@ namespace vardento {
 namespace {
 
 constexpr std::size_t kShownLength = 80;
+constexpr int kShortFlags = 8;
 
 // "LCONV=1e-3"
 std::string Shown(const KeywordCall& call) {
@@ -39,12 +40,14 @@ bool IsFlag(const KeywordRow& row, char c) {
          row.letters.find(c) != std::string_view::npos;
 }
 
-// A text of flags is used up to the length of its variable.
+// A text of flags is used up to the length of its variable. Short ones are shown as they are
+// stored, the long one of the Tables as far as it was written.
 std::string OtherFlags(const KeywordCall& call) {
   const std::string value = call.value.substr(0, static_cast<std::size_t>(call.row.length));
   const auto isFlag = [&](char c) { return IsFlag(call.row, c); };
   if (std::all_of(value.begin(), value.end(), isFlag)) return "";
-  return Stored<std::string>(call).substr(0, value.size());
+  const std::string& stored = Stored<std::string>(call);
+  return call.row.length <= kShortFlags ? stored : stored.substr(0, value.size());
 }
 
 // What is used in the place of the value; empty when it is used as it was written.

@@ -59,7 +59,7 @@ void ReadPerItemList(Run& run, const PerItemVariable& variable) {
   WriteConsole(run, " Processing " + std::string(variable.name) + "= from " + name);
   text.assign(static_cast<std::size_t>(run.settings.NI), ' ');
   if (name.empty()) return;  // a sub-list without lines
-  PrepareFile(run, name);
+  PrepareFile(run, name, std::string(variable.name) + "=");
   TextReader reader;
   int status = reader.Open(name);
   if (status != kIoOk) FailList(run, name, status);

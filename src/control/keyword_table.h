@@ -41,8 +41,8 @@ enum class KeywordKind {
 enum class KeywordCondition { None, ValueIsList, NotItem1, IsKeyLine, NotSpecification };
 
 using KeywordTarget =
-    std::variant<std::monostate, std::string ControlSettings::*, bool ControlSettings::*, char ControlSettings::*,
-                 int ControlSettings::*, float ControlSettings::*>;
+    std::variant<std::monostate, std::string ControlSettings::*, bool ControlSettings::*,
+                 char ControlSettings::*, int ControlSettings::*, float ControlSettings::*>;
 
 inline constexpr float kAnyNumber = std::numeric_limits<float>::max();
 

@@ -50,7 +50,7 @@ void StoreListFile(KeywordCall& call) {
   } else {
     target = FileNameOf(call.value);
     if (!target.empty() && !HoldsFieldSpecification(target) && !IsPreparedLater(call)) {
-      PrepareFile(call.run, target);
+      PrepareFile(call.run, target, std::string(call.row.name) + "=");
     }
     call.run.RunIoStatus = 0;
   }

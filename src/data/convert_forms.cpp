@@ -347,7 +347,7 @@ void ConvertForms(Run& run) {
   TextReader reader;
   const int status = reader.Open(run.settings.MFORMS);
   if (status != kIoOk) FailFormFile(run, "MFORMS= FAILED", status, 'O');
-  EnterInput(run, run.settings.MFORMS);
+  EnterInput(run, run.settings.MFORMS, "MFORMS=");
   FormWriter writer(run);
   FormInstructions instructions(run);
   std::string line;

@@ -1,3 +1,4 @@
+// Items and persons that the user leaves out: IDFILE=, PDFILE=.
 #include <algorithm>
 
 #include "lists/entry_lists.h"
@@ -49,7 +50,8 @@ class DeletionList {
     const std::string caption = "Edit " + words_.label + " Delete " + std::string(variable_) + "=";
     if (!list.Open(name, caption, "")) return false;
     std::string line;
-    while (list.Next(line, true)) {
+    while (list.Next(line, kEntryRow)) {
+      PartFixedColumns(line);
       if (!ApplyLine(line)) list.Refuse();
     }
     return true;
@@ -73,6 +75,8 @@ class DeletionList {
     text.remove_prefix(std::min(text.find_first_not_of(" -"), text.size()));
     TakeEntryRange(text, first, last);
     if (last > 0) return;
+    const std::string_view word = text.substr(0, text.find(' '));
+    if (first == 0 && word.find_first_not_of("0123456789-") != word.npos) return;  // "3-x"
     std::replace(line.begin(), line.end(), '-', ' ');
     text = line;
     TakeEntryRange(text, first, last);

@@ -12,7 +12,7 @@ bool ListFile::Open(std::string& fileName, std::string_view caption,
                     std::string_view announcement) {
   AddEditEntry(run_, caption, fileName);
   WriteConsole(run_, std::string(announcement) + fileName);
-  PrepareFile(run_, fileName);
+  PrepareFile(run_, fileName, std::string(variable_) + "=");
   if (run_.RunIoStatus != kIoOk) return false;
   run_.RunIoStatus = reader_.Open(fileName);
   if (run_.RunIoStatus == kIoOk) return true;
@@ -27,15 +27,16 @@ void ListFile::OpenOrEnd(std::string& fileName, std::string_view caption,
   EndRun(run_);
 }
 
-bool ListFile::Next(std::string& line, bool skipTitles) {
+bool ListFile::Next(std::string& line, int rowNumbers) {
   while (NextAsItStands(line)) {
-    if (CleanListLine(line, skipTitles)) return true;
+    if (CleanListLine(line, rowNumbers)) return true;
   }
   return false;
 }
 
 bool ListFile::NextAsItStands(std::string& line) {
   PumpMessages(run_);
+  const bool isTitle = IsFileHead(asItStands_);
   const int status = reader_.ReadLine(asItStands_);
   if (status == kIoEndOfFile) {
     TellRefused();
@@ -45,13 +46,14 @@ bool ListFile::NextAsItStands(std::string& line) {
     run_.RunIoStatus = status;
     FatalFileFailure(run_, reader_.Name(), 'I');
   }
+  if (isTitle) asItStands_.clear();
   line = asItStands_;
   return true;
 }
 
 void ListFile::Refuse() {
   std::string text = asItStands_;
-  if (IsColumnHead(text) || !CleanListLine(text, true)) return;
+  if (IsColumnHead(text) || !CleanListLine(text, kEntryRow)) return;
   if (++refused_ > 1) return;
   firstPlace_ = reader_.LineNumber();
   firstText_ = asItStands_.substr(0, kListLineLength);

@@ -23,9 +23,9 @@ class ListFile {
   void OpenOrEnd(std::string& fileName, std::string_view caption, std::string_view announcement);
 
   // The next line that isn't blank once it has been cleaned; false at the end of the list. A read
-  // failure ends the run. `skipTitles` as for CleanListLine.
-  bool Next(std::string& line, bool skipTitles = false);
-  // The next line as it stands.
+  // failure ends the run. `rowNumbers` as for CleanListLine.
+  bool Next(std::string& line, int rowNumbers = 0);
+  // The next line as it stands; blank for the title in the head of a measure file.
   bool NextAsItStands(std::string& line);
 
   // The line given last makes no sense and is passed over. Blank lines, comments, titles and heads

@@ -42,8 +42,8 @@ std::string TakeQuoted(std::string_view line) {
   return std::string(line.substr(1, line.size() - 2));
 }
 
-// One text in double quotes that is more than an entry and its value.
-bool IsTitle(std::string_view line) {
+// One text in double quotes that is more than an entry or a range and the numbers of its row.
+bool IsTitle(std::string_view line, int rowNumbers) {
   std::string quoted = TakeQuoted(line);
   if (quoted.empty()) return false;
   BlankSeparators(quoted);
@@ -51,17 +51,38 @@ bool IsTitle(std::string_view line) {
   text.remove_prefix(std::min(text.find_first_not_of(" +-"), text.size()));
   int first = 0, last = 0;
   TakeEntryRange(text, first, last);
-  const std::string_view word = TakeListWord(text);
-  float value = 0;
-  bool failed = false;
-  if (!word.empty()) ParseListValue(word, value, failed);
-  return (first == 0 && last == 0) || failed || !Trim(text).empty();
+  bool failed = first == 0 && last == 0;
+  for (int number = 2; number <= rowNumbers && !failed; ++number) {
+    const std::string_view word = TakeListWord(text);
+    float value = 0;
+    if (!word.empty()) ParseListValue(word, value, failed);
+  }
+  return failed || !Trim(text).empty();
 }
 
 }  // namespace
 
-bool CleanListLine(std::string& line, bool skipTitles) {
-  if (skipTitles && IsTitle(line)) return false;
+bool IsFileHead(std::string_view line) {
+  return line.starts_with('"') && TrimRight(line).ends_with(" FILE FOR\"");
+}
+
+void PartFixedColumns(std::string& line) {
+  constexpr std::size_t kMeasure = 6, kStatus = 14;  // where these columns begin
+  if (line.size() <= kStatus || line[0] != ' ' || line[kMeasure] == ' ' || line[kStatus] != ' ') {
+    return;
+  }
+  const std::string_view entry = Trim(std::string_view(line).substr(0, kMeasure));
+  const std::string_view measure = std::string_view(line).substr(kMeasure, kStatus - kMeasure);
+  float value = 0;
+  bool failed = false;
+  ParseListValue(measure, value, failed);
+  const bool isRow = !failed && measure.find('.') != std::string_view::npos &&
+                     line[kMeasure - 1] != ' ' && ParseCount(entry) > 0;
+  if (isRow) line.insert(kMeasure, 1, ' ');
+}
+
+bool CleanListLine(std::string& line, int rowNumbers) {
+  if (rowNumbers > 0 && IsTitle(line, rowNumbers)) return false;
   line.resize(std::min(line.find(';'), std::min<std::size_t>(line.size(), kListLineLength)));
   BlankSeparators(line);
   return !Trim(line).empty();

@@ -9,11 +9,23 @@ namespace vardento {
 // What a line of a list may hold; the rest is cut.
 inline constexpr int kListLineLength = 80;
 
+// How many numbers a row of a list may hold.
+inline constexpr int kEntryRow = 2;  // entry, value
+inline constexpr int kStepRow = 3;   // entry, category, value
+
 // Cuts the line and blanks what is no value: all from ";" on, double quotes, commas, control
-// characters. False when nothing is left; with `skipTitles` also for one text in double quotes that
-// is more than an entry and its value: the head of a measure file with commas, whose title may
+// characters. False when nothing is left; with `rowNumbers` also for one text in double quotes that
+// is more than a row of so many numbers: the head of a measure file with commas, whose title may
 // begin with numbers.
-bool CleanListLine(std::string& line, bool skipTitles = false);
+bool CleanListLine(std::string& line, int rowNumbers = 0);
+
+// True for the first head line of a measure file with commas or tabs, behind which its title
+// stands.
+bool IsFileHead(std::string_view line);
+
+// A measure that fills its field in a measure file of fixed columns stands right behind the entry:
+// sets a blank between the two. Lines of any other form stay as they are.
+void PartFixedColumns(std::string& line);
 
 // True for the names of columns above the rows of a file with commas or tabs: every field stands in
 // double quotes, and none is a number.

@@ -1,3 +1,4 @@
+// Steps that the user leaves out or fixes: SDFILE=, SAFILE=.
 #include <algorithm>
 #include <cmath>
 
@@ -8,6 +9,7 @@
 #include "lists/list_line.h"
 #include "run/messages.h"
 #include "run/status.h"
+#include "run/user_scale.h"
 #include "text/number_text.h"
 
 namespace vardento {
@@ -17,7 +19,7 @@ namespace {
 struct StepLine {
   EntryRange items;
   int category = -1;
-  float value = 0;
+  float logits = 0;    // the step's calibration
   bool failed = true;  // no value, or none that is a number
   bool makesSense = false;
 };
@@ -47,10 +49,13 @@ class StepList {
         name, Anchors() ? "Edit STEP Anchor SAFILE=" : "Edit STEP Delete SDFILE=",
         Anchors() ? " Processing STEP Anchors from: " : " Processing STEP Deletions from: ");
     std::string line;
-    while (list.Next(line)) {
+    while (list.Next(line, kStepRow)) {
       const StepLine step = Parse(line);
-      Apply(step);
-      if (!step.makesSense) list.Refuse();
+      if (step.makesSense) {
+        Apply(step);
+      } else {
+        list.Refuse();
+      }
     }
   }
 
@@ -77,8 +82,11 @@ class StepList {
     line.items = OrderRange(first, last, run_.settings.NI);
     line.category = ParseCount(TakeListWord(text));
     const std::string_view value = TakeListWord(text);
-    ParseListValue(value, line.value, line.failed);
-    line.makesSense = line.category >= 0 && (!Anchors() || !line.failed || value.empty());
+    float step = 0;
+    ParseListValue(value, step, line.failed);
+    line.logits = AnchorScale(run_.settings).Distance(step);
+    const bool isAnchor = !line.failed && std::isfinite(line.logits);
+    line.makesSense = line.category >= 0 && (!Anchors() || isAnchor || value.empty());
     return line;
   }
 
@@ -103,12 +111,8 @@ class StepList {
       status = StepStatus::Deleted;
       return;
     }
-    const ControlSettings& settings = run_.settings;
-    const float scale = settings.UANCHOR ? settings.USCALE : settings.UASCALE;
-    const float step = line.value / std::fabs(scale);
-    const bool failed = line.failed || !std::isfinite(step);
-    status = failed ? StepStatus::Kept : StepStatus::Anchored;
-    run_.given.StepCalibration[position] = failed ? 0.0F : step;
+    status = line.failed ? StepStatus::Kept : StepStatus::Anchored;
+    run_.given.StepCalibration[position] = line.failed ? 0.0F : line.logits;
   }
 
   Run& run_;

@@ -1,3 +1,5 @@
+// Weights of items and persons (IWEIGHT=, PWEIGHT=) and the points that items are centred at
+// (PIVOT=).
 #include <algorithm>
 
 #include "lists/entry_lists.h"
@@ -14,14 +16,16 @@ namespace {
   FailRun(run, " PROBLEM WITH \"PIVOT=\": " + std::string(Trim(line)));
 }
 
-void ApplyPivotLine(Run& run, std::string& line) {
+// False for a line that is no item and point. A point below 0 ends the run.
+bool ApplyPivotLine(Run& run, std::string& line) {
   const std::string shown = line;
   std::replace(line.begin(), line.end(), '+', ' ');
   int first = 0, last = 0;
   float pivot = 0;
   bool failed = false;
   ParseListLine(line, first, pivot, failed, last);
-  if (first == 0 || failed || pivot < 0) FailPivot(run, shown);
+  if (first == 0 || failed) return false;
+  if (pivot < 0) FailPivot(run, shown);
   const EntryRange items = OrderRange(first, last, run.settings.NI);
   for (int i = items.first; i <= items.last; ++i) {
     const int group = run.arrays.ItemGroup[i];
@@ -29,6 +33,7 @@ void ApplyPivotLine(Run& run, std::string& line) {
     run.given.GroupPivot[group] = pivot;
     run.given.GroupPivotFlag[group] = true;
   }
+  return true;
 }
 
 // True when the list changes any weight.
@@ -40,7 +45,7 @@ bool ReadWeightList(Run& run, Array1<float> weights, std::string fileName, const
                  " Processing " + words.pluralLabel + " Weights from: ");
   bool changed = false;
   std::string line;
-  while (list.Next(line, true)) {
+  while (list.Next(line, kEntryRow)) {
     int first = 0, last = 0;
     float weight = 0;
     bool failed = false;
@@ -65,7 +70,9 @@ void ReadPivots(Run& run) {
   ListFile list(run, "PIVOT");
   list.OpenOrEnd(name, "Edit pivot file PIVOT =", " Processing Pivots from: ");
   std::string line;
-  while (list.Next(line)) ApplyPivotLine(run, line);
+  while (list.Next(line, kEntryRow)) {
+    if (!ApplyPivotLine(run, line)) list.Refuse();
+  }
 }
 
 void ReadWeights(Run& run) {

@@ -71,7 +71,7 @@ void FindControlFile(Run& run) {
     if (name.empty()) continue;
     // A relative name is taken from the start, also when a first choice has led elsewhere.
     if (!IsFullPath(name)) name = run.startUp.StartDirectory + name;
-    PrepareFile(run, name);
+    PrepareFile(run, name, "CONTROL FILE");
     if (run.RunIoStatus != kIoOk) continue;  // PrepareFile has told it
     if (!IsFullPath(name)) name = CurrentDirectory() + name;
     if (CanOpen(run, name)) break;

@@ -11,17 +11,17 @@
 
 namespace vardento {
 
-// An entry that is fixed at a measure, logits.
+// An entry that is fixed at a measure, logits, unless it is left out.
 struct Anchor {
   int entry = 0;
   float measure = 0;
 };
 
 struct GivenEntries {
-  // Active, Anchored or Deleted, by lists and by the selection of labels. While data are read,
-  // PersonStatus is as long as the person trial.
+  // Active or Deleted, by lists and by the selection of labels. While data are read, PersonStatus
+  // is as long as the person trial.
   Array1<StatusByte> ItemStatus, PersonStatus;
-  std::vector<Anchor> itemAnchors, personAnchors;
+  std::vector<Anchor> itemAnchors, personAnchors;  // at most one for each entry
 
   // By category position as the data have them: StepStatus::Kept unless given, and the calibration
   // of an anchored step, logits.

@@ -42,7 +42,7 @@ void ReportFileFailure(Run& run, std::string_view name, char operation);
 // it has none. `name` may come back changed by the user. RunIoStatus is 0 when the file is fit, and
 // it is then one of the run's files under its caption; in batch mode a file that isn't ends the
 // run. Text in UTF-16 ends any run, and the file stays as it is.
-void PrepareFile(Run& run, std::string& name, std::string_view caption = "INPUT FILE");
+void PrepareFile(Run& run, std::string& name, std::string_view caption);
 
 // Shows the prompt and takes one line of the user. An interrupt, or no more input, ends the run and
 // the process with it.

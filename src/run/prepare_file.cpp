@@ -13,19 +13,25 @@ namespace {
 constexpr std::size_t kPiece = 4096;
 constexpr std::size_t kStart = 512;  // bytes that tell UTF-16
 
-// A byte order mark, or a NUL in every second place and none between: most of the characters of a
-// list or of data have a code below 256. A stray NUL in a text of bytes is no such thing.
+// A byte order mark, or NULs in every second place alone: most of the characters of a list or of
+// data have a code below 256, and of a list in another script its line ends and blanks have. A
+// stray NUL in a text of bytes is no such thing.
 bool IsUtf16(std::string_view start) {
   if (start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF")) return true;
   constexpr std::size_t kFewestBytes = 4;
   std::size_t nuls[2] = {0, 0};  // at even and at odd offsets
   for (std::size_t i = 0; i < start.size(); ++i) nuls[i % 2] += start[i] == '\0';
+  int wideEnds = 0;  // line ends of two bytes
+  for (std::size_t i = 0; i + 1 < start.size(); i += 2) {
+    const std::string_view pair = start.substr(i, 2);
+    wideEnds += pair == std::string_view("\n\0", 2) || pair == std::string_view("\0\n", 2);
+  }
   const auto [fewer, more] = std::minmax(nuls[0], nuls[1]);
-  return start.size() >= kFewestBytes && fewer == 0 && more * 4 > start.size();
+  return start.size() >= kFewestBytes && fewer == 0 && (more * 4 > start.size() || wideEnds > 1);
 }
 
 // Read by bytes such a file would be rubbish that looks like missing responses.
-int RefuseUtf16(Run& run, File& file, const std::string& name) {
+IoStatus RefuseUtf16(Run& run, File& file, const std::string& name) {
   char start[kStart];
   std::size_t got = 0;
   const int status = file.ReadAt(0, start, sizeof start, got);
@@ -37,7 +43,7 @@ int RefuseUtf16(Run& run, File& file, const std::string& name) {
 
 // kIoOk when a line end stands behind the last text of the file or there is no text,
 // kIoNoFinalLineEnd when there is none, or the failure.
-int FindFinalLineEnd(File& file) {
+IoStatus FindFinalLineEnd(File& file) {
   std::uint64_t left = 0;
   if (const int status = file.GetSize(left); status != kIoOk) return status;
   unsigned char bytes[kPiece];
@@ -55,12 +61,12 @@ int FindFinalLineEnd(File& file) {
 }
 
 // A file that can't be written may still be read.
-int OpenForCheck(File& file, const std::string& name) {
+IoStatus OpenForCheck(File& file, const std::string& name) {
   if (file.Open(name, FileMode::Update) == kIoOk) return kIoOk;
   return file.Open(name, FileMode::Read);
 }
 
-int AddLineEnd(File& file) {
+IoStatus AddLineEnd(File& file) {
   std::uint64_t size = 0;
   if (const int status = file.GetSize(size); status != kIoOk) return status;
   const int written = file.WriteAt(size, "\n", 1);

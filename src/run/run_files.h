@@ -16,7 +16,7 @@ class Run;
 enum class FileUse { Read, Report, Output, Work };
 
 struct RunFile {
-  std::string caption;  // "DATA FILE", "PFILE=" ...
+  std::string caption;  // "DATA FILE", "IAFILE=", "PFILE=" ...
   std::string name;
   FileUse use;
   bool MayBeReplaced() const { return use == FileUse::Output || use == FileUse::Work; }
@@ -43,6 +43,6 @@ IoStatus OpenReport(Run& run, const std::string& name, FileMode mode);
 // the run reads.
 void KeepFromReport(Run& run, const std::string& name, std::string_view caption);
 // Enters a file that the run reads into its files.
-void EnterInput(Run& run, const std::string& name, std::string_view caption = "INPUT FILE");
+void EnterInput(Run& run, const std::string& name, std::string_view caption);
 
 }  // namespace vardento

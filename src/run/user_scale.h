@@ -30,6 +30,9 @@ class UserScale {
     return static_cast<float>(paired_ ? kPairedError * error : error);
   }
   double ToLogits(double measure) const { return (measure - mean_) / units_; }
+  float DistanceToLogits(double distance) const {
+    return static_cast<float>(std::fabs(distance / units_));
+  }
 
  private:
   static constexpr double kPairedError = 1.4142;
@@ -40,6 +43,20 @@ class UserScale {
   double units_;  // user units in a logit
   double mean_;   // user measure of 0 logits
   bool paired_;
+};
+
+// The scale of lists of anchors: the user's, or with UANCHOR=N that of UASCALE= around 0.
+class AnchorScale {
+ public:
+  explicit AnchorScale(const ControlSettings& settings)
+      : units_(settings.UANCHOR ? settings.USCALE : settings.UASCALE),
+        mean_(settings.UANCHOR ? settings.UMEAN : 0) {}
+  // In logits; not finite for a value beyond a real's range.
+  float Measure(float value) const { return (value - mean_) / units_; }
+  float Distance(float value) const { return value / std::fabs(units_); }
+
+ private:
+  float units_, mean_;
 };
 
 }  // namespace vardento

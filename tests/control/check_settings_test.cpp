@@ -40,6 +40,11 @@ TEST(CheckSettings, EndsTheRunInItsOwnWords) {
   }
 }
 
+TEST(CheckSettings, TakesTheLastColumnThatARecordMayHave) {
+  ControlText control("NI=1\nITEM1=32000\nNAME1=1\n&END\n");
+  EXPECT_TRUE(control.ReadFirst()) << control.Said();
+}
+
 TEST(CheckSettings, FollowsABatchSettingOfTheFileAtOnce) {
   ControlText faulty("BATCH=Y\nFOO=1\n&END\n");
   faulty.test.run.batch = false;

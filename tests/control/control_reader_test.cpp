@@ -216,6 +216,10 @@ TEST(ControlReader, StoresKeysAndTextsInTheSecondPass) {
   EXPECT_EQ(settings.ireferText, "AB  ");
   EXPECT_THAT(control.Said(), HasSubstr(" Reading KEYnn=, GROUPS= etc.."));
 
+  ControlText wide("XWIDE=2\nCODES=0102\nKEY1=01010101\nKEY2=02020202\nKEYSCR=\" 312\"\n&END\n");
+  ASSERT_TRUE(wide.ReadAll()) << wide.Said();
+  EXPECT_THAT(wide.Settings().keyScores, testing::ElementsAre(3, 12));
+
   ControlText tooLong("IVALUEA=012\n&END\n");
   EXPECT_FALSE(tooLong.ReadAll());
   EXPECT_THAT(tooLong.Said(), HasSubstr(" IVALUE= LENGTH DOES NOT MATCH CODES= IVALUEA=012\n"));

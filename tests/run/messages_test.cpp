@@ -70,7 +70,7 @@ TEST(PrepareFile, MakesTextFilesFit) {
   for (const Case& c : cases) {
     TestRun test("", false);
     std::string name = test.directory.Write("data.txt", c.text);
-    PrepareFile(test.run, name);
+    PrepareFile(test.run, name, "IAFILE=");
     EXPECT_EQ(test.run.RunIoStatus, 0);
     EXPECT_EQ(test.directory.Read("data.txt"), c.after);
     EXPECT_TRUE(test.console.lines.empty());
@@ -102,10 +102,10 @@ TEST(PrepareFile, RefusesUtf16AndNothingElse) {
     TestRun test("", false);
     std::string name = test.directory.Write("data.txt", c.text);
     if (!c.refused) {
-      PrepareFile(test.run, name);
+      PrepareFile(test.run, name, "IAFILE=");
       continue;
     }
-    EXPECT_THROW(PrepareFile(test.run, name), RunEnded) << c.text;
+    EXPECT_THROW(PrepareFile(test.run, name, "IAFILE="), RunEnded) << c.text;
     EXPECT_THAT(test.console.lines, ElementsAre(name + " IS UTF-16 TEXT: SAVE IT AS UTF-8"));
     EXPECT_EQ(test.directory.Read("data.txt"), c.text);
   }
@@ -117,7 +117,7 @@ TEST(PrepareFile, AsksForAnotherFileWhenTheLineEndCantBeWritten) {
   const std::string good = test.directory.Write("good.txt", "fit\n");
   test.console.answers = {good};
   FailFileOperation(4, EROFS);  // open, read twice, then the write
-  PrepareFile(test.run, name);
+  PrepareFile(test.run, name, "IAFILE=");
   FailFileOperation(0, 0);
   EXPECT_EQ(name, good);
   EXPECT_EQ(test.run.RunIoStatus, 0);
@@ -131,7 +131,7 @@ TEST(PrepareFile, EndsABatchRunThatCantAsk) {
   TestRun test("", true);
   std::string name = test.directory.Write("bad.txt", "no end");
   FailFileOperation(4, EROFS);
-  EXPECT_THROW(PrepareFile(test.run, name), RunEnded);
+  EXPECT_THROW(PrepareFile(test.run, name, "IAFILE="), RunEnded);
   FailFileOperation(0, 0);
 }
 
