@@ -16,7 +16,7 @@ namespace {
 constexpr char kLines[] =
     "TITLE=Again\nCODES=0123\nPTBIS=Y\nCSV=Y\nUDECIM=4\nGROUPS=AAABBB\nSTKEEP=Y\nIAFILE=*\n6 "
     ".5\n*\n"
-    "PAFILE=*\n7 1\n*\nSAFILE=*\n1 2 .75\n*\nPWEIGHT=*\n3 2\n*\nPIVOT=*\n4 1\n*\n";
+    "PAFILE=*\n7 1\n9 -.5\n*\nSAFILE=*\n1 2 .75\n*\nPWEIGHT=*\n3 2\n*\nPIVOT=*\n4 1\n*\n";
 
 class RepeatedRun {
  public:
@@ -59,7 +59,7 @@ class RepeatedRun {
 };
 
 TEST(RepeatedRun, FindsTheSameAgain) {
-  for (const std::string more : {"", "MODELS=S\n", "CUTLO=-1\nCUTHI=1\nTARGET=Y\nMUCON=30\n"}) {
+  for (const std::string more : {"", "MODELS=S\n", "EDFILE=*\n4 2-3 2\n*\nMAKEKEY=Y\n", "CUTLO=-1\nCUTHI=1\nTARGET=Y\nMUCON=30\n"}) {
     SCOPED_TRACE(more);
     RepeatedRun run(kLines + more);
     const std::string first = run.Measure();
@@ -72,7 +72,7 @@ TEST(RepeatedRun, TakesOtherDeletions) {
   for (const std::string cut : {"", "CUTLO=1\nCUTHI=1\n"}) {
     RepeatedRun run(std::string(kLines) + cut + "PDFILE=*\n9\n*\nIDFILE=*\n2\n*\n");
     const std::string first = run.Measure();
-    // Person 9 and item 2 come back, person 30 and item 5 go.
+    // Person 9, who is anchored, and item 2 come back, person 30 and item 5 go.
     run.Given().PersonStatus[9] = Status::Active;
     run.Given().ItemStatus[2] = Status::Active;
     run.Given().PersonStatus[30] = Status::Deleted;

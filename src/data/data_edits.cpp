@@ -83,9 +83,8 @@ void ApplyEdit(Run& run, const ResponseEdit& edit, std::vector<std::uint8_t>& ro
   }
 }
 
-// Counts each code of each item that is read: counts[item x CATEGS + code], both from 0.
-void CountCodes(Run& run, float* counts) {
-  const auto codes = static_cast<std::size_t>(run.settings.CATEGS);
+// Counts each code of each item that is read, at (item - 1) x CATEGS + code.
+void CountCodes(Run& run, Array1<float> counts) {
   const Array1<StatusByte> status = run.given.PersonStatus;
   std::vector<std::uint8_t> row(static_cast<std::size_t>(run.settings.NI));
   for (int n = 1; n <= run.NPERS; ++n) {
@@ -93,20 +92,21 @@ void CountCodes(Run& run, float* counts) {
     if (!IsRead(status[n])) continue;
     ReadCodedRow(run, n, row.data());
     for (int i = 1; i <= run.settings.NI; ++i) {
-      const auto item = static_cast<std::size_t>(i - 1);
-      if (row[item] > 0 && IsRead(run.given.ItemStatus[i])) {
-        ++counts[item * codes + row[item] - 1];
+      const int code = row[static_cast<std::size_t>(i - 1)];
+      if (code > 0 && IsRead(run.given.ItemStatus[i])) {
+        ++counts[(i - 1) * run.settings.CATEGS + code];
       }
     }
   }
 }
 
 // The code with the highest count of each item, the first of several; blank for a deleted item.
-std::string MostFrequentCodes(const Run& run, const float* counts) {
+std::string MostFrequentCodes(const Run& run, Array1<float> counts) {
   const ControlSettings& settings = run.settings;
   std::string key;
-  for (int i = 1; i <= settings.NI; ++i, counts += settings.CATEGS) {
-    const auto place = std::max_element(counts, counts + settings.CATEGS) - counts;
+  const float* first = counts.begin();
+  for (int i = 1; i <= settings.NI; ++i, first += settings.CATEGS) {
+    const auto place = std::max_element(first, first + settings.CATEGS) - first;
     const int code = static_cast<int>(place) + 1;
     const bool isKeyed = IsRead(run.given.ItemStatus[i]);
     key += PadRight(isKeyed ? CodeAt(settings, code) : std::string_view(), settings.XWIDE);
@@ -173,17 +173,16 @@ void MakeKey(Run& run) {
   const ControlSettings& settings = run.settings;
   ScoringInForce& scoring = run.inForce.scoring;
   if (settings.CATEGS <= 1) return LeaveKeys(settings, scoring);
-  MemoryBlock& counts = run.stores.makeKeyCounts;
-  counts.Free();
-  const std::size_t bytes = static_cast<std::size_t>(settings.CATEGS) * sizeof(float) *
-                            static_cast<std::size_t>(settings.NI);
-  if (!counts.Allocate(run.memory, bytes)) {
-    TellMissingMemory(run, bytes);
+  MemoryBlock block;
+  Array1<float> counts;
+  BlockPlan plan;
+  plan.Add(counts, settings.CATEGS * settings.NI);
+  if (!plan.Allocate(run.memory, block)) {
+    TellMissingMemory(run, plan.Bytes());
     return LeaveKeys(settings, scoring);
   }
-  float* const counted = reinterpret_cast<float*>(counts.Data());
-  CountCodes(run, counted);
-  scoring.keyStrings = {MostFrequentCodes(run, counted)};
+  CountCodes(run, counts);
+  scoring.keyStrings = {MostFrequentCodes(run, counts)};
   scoring.keyScores = {1};
   scoring.NKEY = 1;
   scoring.rescoringActive = true;

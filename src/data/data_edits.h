@@ -14,9 +14,8 @@ void ConvertForms(Run& run);
 void EditData(Run& run);
 
 // Builds key 1, of score 1, from the most frequent code of each item among the persons and items
-// that aren't deleted; it takes the place of all other keys. Keeps the counts in
-// stores.makeKeyCounts. Without a choice of codes or without memory the keys stay as they were
-// given; when none was given the codes score for themselves.
+// that aren't deleted; it takes the place of all other keys. Without a choice of codes or without
+// memory the keys stay as they were given; when none was given the codes score for themselves.
 void MakeKey(Run& run);
 
 }  // namespace vardento

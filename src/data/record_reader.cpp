@@ -151,7 +151,7 @@ void RecordReader::ShowBeforeFormat() {
   reader_->GoTo(place);
 }
 
-int RecordReader::ReadRecord() {
+IoStatus RecordReader::ReadRecord() {
   linesRead_ = 0;
   if (!reader_->IsOpen()) return kIoEndOfFile;
   if (!hasFormat_) return reader_->ReadLine(Record());

@@ -62,7 +62,7 @@ class RecordReader {
  private:
   bool OpenNextFile();
   void ShowBeforeFormat();
-  int ReadRecord();
+  IoStatus ReadRecord();
   // True when the file has ended inside a record, not at blank lines or a mark behind the last one.
   bool HasBegun();
   bool IsEndMark();

@@ -17,15 +17,15 @@ constexpr std::string_view kSeparatedNames =
     "\";\",\"ENTRY\",\"MEASURE\",\"STATUS\",\"COUNT\",\"SCORE\",\"ERROR\",\"IN.MSQ\",\"IN.<z>\","
     "\"OUT.MSQ\",\"OUT.<z>\",\"DISPLACE\",\"<c>\",\"WEIGHT\",";
 
-std::string NamesOf(const ControlSettings& settings, std::string_view form, std::string_view tail) {
+std::string NamesOf(const Run& run, std::string_view form, std::string_view tail) {
   std::string names(form);
   const auto replace = [&names](std::string_view mark, const std::string& word) {
     for (std::size_t at = 0; (at = names.find(mark, at)) != std::string::npos; at += word.size()) {
       names.replace(at, mark.size(), word);
     }
   };
-  replace("<z>", PadRight(settings.fitName, 4));
-  replace("<c>", settings.PTBIS ? "PTBS" : "CORR");
+  replace("<z>", PadRight(run.settings.fitName, 4));
+  replace("<c>", run.inForce.pointBiserial ? "PTBS" : "CORR");
   return names.append(tail);
 }
 
@@ -54,8 +54,8 @@ class MeasureFile {
   bool WriteHead() {
     const bool items = !persons_;
     return file_.WriteHead(
-        label_, NamesOf(settings_, kFixedNames, items ? "G M NAME" : "NAME"),
-        NamesOf(settings_, kSeparatedNames, items ? "\"GROUP\",\"MODEL\",\"NAME\"" : "\"NAME\""));
+        label_, NamesOf(run_, kFixedNames, items ? "G M NAME" : "NAME"),
+        NamesOf(run_, kSeparatedNames, items ? "\"GROUP\",\"MODEL\",\"NAME\"" : "\"NAME\""));
   }
 
   bool WriteRows() {

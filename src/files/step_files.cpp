@@ -2,64 +2,16 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cmath>
 #include <string>
 
 #include "files/file_form.h"
-#include "measure/entry_values.h"
+#include "measure/category_values.h"
 #include "run/messages.h"
 #include "run/status.h"
-#include "run/user_scale.h"
 #include "text/number_text.h"
 
 namespace vardento {
 namespace {
-
-// A category that was kept though nobody used it: the step into it is put this far up, in logits,
-// and the step behind it as far down, so that an anchored run passes over the category as well.
-constexpr float kOutOfReach = 40;
-
-// The running value of the steps of one scale, on the user's scale, position by position.
-class RunningStep {
- public:
-  RunningStep(const Run& run, int group)
-      : arrays_(run.arrays),
-        first_(run.arrays.GroupStart[group]),
-        scale_(std::fabs(run.settings.USCALE)),
-        oneGroup_(run.NGROUPS == 1) {}
-
-  // The value at the next position; called for the first, the second ... in order.
-  float At(int position) {
-    const int status = arrays_.StepStatus[position];
-    if (status == StepStatus::Kept) {
-      if (position > first_) PassOver();
-      return value_;
-    }
-    // No step leads into the first category: what stands there is only of note when the user has
-    // put it there.
-    if (position > first_ || status == StepStatus::Anchored) Take(position, status);
-    return value_;
-  }
-
- private:
-  void PassOver() {
-    value_ += kOutOfReach * scale_;
-    carry_ -= oneGroup_ ? value_ : kOutOfReach;
-  }
-  void Take(int position, int status) {
-    const float carry = status == 1 ? carry_ : 0;
-    const float step = arrays_.StepCalibration[position];
-    value_ = oneGroup_ ? scale_ * step + carry : scale_ * (step + carry);
-    carry_ = 0;
-  }
-
-  const RunArrays& arrays_;
-  int first_;
-  float scale_;
-  bool oneGroup_;
-  float value_ = 0;
-  float carry_ = 0;  // in user units with one scale, in logits with several
-};
 
 std::string FixedNumber(float value) { return fixed_field(value, 8, 2); }
 
@@ -128,7 +80,7 @@ class StepFile {
 class ItemStepFile {
  public:
   explicit ItemStepFile(Run& run)
-      : run_(run), arrays_(run.arrays), settings_(run.settings), scale_(run.settings), file_(run) {
+      : run_(run), arrays_(run.arrays), settings_(run.settings), file_(run) {
     for (const int top : arrays_.GroupTop) largestTop_ = std::max(largestTop_, top);
   }
 
@@ -199,20 +151,18 @@ class ItemStepFile {
 
   const std::string& RowOf(int item) {
     const bool dead = !IsMeasured(arrays_.ItemStatus[item]);
-    const int group = arrays_.ItemGroup[item];
-    const int first = arrays_.GroupStart[group];
-    const int top = dead ? 0 : std::max(arrays_.GroupTop[group], 0);
-    const float d = MeasureOf(run_, Facet::Items, item);
+    const int top = dead ? 0 : std::max(arrays_.GroupTop[arrays_.ItemGroup[item]], 0);
+    const CategoryValues low = dead ? CategoryValues() : ReadCategoryValues(run_, item, 0, steps_);
     row_.clear();
     if (file_.IsFixed()) row_ = dead && settings_.HLINES ? ";" : " ";
     Put(integer_field(item, 5));
     Put(integer_field(arrays_.ItemStatus[item], 5));
     Put(integer_field(top, 5));
-    Put(integer_field(dead ? 0 : arrays_.CategoryToCode[first], 5));
-    Put(FixedNumber(dead ? 0 : d + scale_.Distance(arrays_.CategoryMeasurePoint[first])));
+    Put(integer_field(low.code, 5));
+    Put(FixedNumber(low.point));
     for (int k = 1; k <= largestTop_; ++k) {
       if (k <= top) {
-        PutStep(d, first, k);
+        PutStep(ReadCategoryValues(run_, item, k, steps_));
       } else {
         PutPadding();
       }
@@ -220,16 +170,13 @@ class ItemStepFile {
     return row_;
   }
 
-  void PutStep(float d, int first, int k) {
-    const int position = first + k;
-    const float information = std::max(arrays_.CategoryInformation[position], 0.001F);
-    Put(integer_field(arrays_.CategoryToCode[position], 5));
-    Put(integer_field(k + arrays_.CategoryToCode[first], 5));
-    Put(FixedNumber(d + steps_[position]));
-    Put(FixedNumber(std::fabs(settings_.USCALE) / std::sqrt(information)));
-    Put(FixedNumber(d + scale_.Distance(arrays_.CategoryHalfPoint[position])));
-    Put(FixedNumber(d + scale_.Distance(arrays_.CategoryMeasurePoint[position])));
-    Put(FixedNumber(d + scale_.Distance(arrays_.CategoryThurstone[position])));
+  void PutStep(const CategoryValues& values) {
+    Put(integer_field(values.code, 5));
+    Put(integer_field(values.score, 5));
+    for (const float value :
+         {values.measure, values.error, values.halfPoint, values.point, values.threshold}) {
+      Put(FixedNumber(value));
+    }
   }
 
   void PutPadding() {
@@ -239,7 +186,6 @@ class ItemStepFile {
   Run& run_;
   const RunArrays& arrays_;
   const ControlSettings& settings_;
-  UserScale scale_;
   OutputFile file_;
   MemoryBlock block_;
   Array1<float> steps_;  // by category position

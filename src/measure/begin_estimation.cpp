@@ -23,9 +23,15 @@ void Clear(std::initializer_list<Array1<T>> arrays) {
 
 // Who is not anchored begins at 0: without a spread to expand by, the first pass gives plain
 // log-odds.
-void SetMeasures(const Array1<float>& measures, const std::vector<Anchor>& anchors) {
+void Begin(const Array1<StatusByte>& given, const std::vector<Anchor>& anchors,
+           const Array1<StatusByte>& status, const Array1<float>& measures) {
+  Copy(given, status);
   Clear({measures});
-  for (const Anchor& anchor : anchors) measures[anchor.entry] = anchor.measure;
+  for (const Anchor& anchor : anchors) {
+    if (status[anchor.entry] != Status::Active) continue;
+    status[anchor.entry] = Status::Anchored;
+    measures[anchor.entry] = anchor.measure;
+  }
 }
 
 void ClearFound(RunArrays& a) {
@@ -76,10 +82,8 @@ void BeginEstimation(Run& run) {
   RunArrays& arrays = run.arrays;
   const GivenEntries& given = run.given;
   ClearFound(arrays);
-  Copy(given.ItemStatus, arrays.ItemStatus);
-  Copy(given.PersonStatus, arrays.PersonStatus);
-  SetMeasures(arrays.ItemMeasure, given.itemAnchors);
-  SetMeasures(arrays.PersonMeasure, given.personAnchors);
+  Begin(given.ItemStatus, given.itemAnchors, arrays.ItemStatus, arrays.ItemMeasure);
+  Begin(given.PersonStatus, given.personAnchors, arrays.PersonStatus, arrays.PersonMeasure);
   Copy(given.StepStatus, arrays.StepStatus);
   Copy(given.StepCalibration, arrays.StepCalibration);
   Copy(given.GroupTop, arrays.GroupTop);

@@ -33,7 +33,7 @@ bool ConnectivityScan::Allocate() {
   BlockPlan plan;
   plan.Add(personSubset_, run_.NPERS).Add(itemSubset_, run_.settings.NI);
   plan.Add(reach_, run_.settings.NI);
-  if (!plan.Allocate(run_.memory, block_)) return false;
+  if (!TryTakeBlock(run_, plan, block_)) return false;
   for (int n = 1; n <= run_.NPERS; ++n) {
     if (!IsActive(WithoutCompleteFlag(run_.arrays.PersonStatus[n]))) personSubset_[n] = kOutside;
   }

@@ -14,14 +14,7 @@ namespace vardento {
 namespace {
 
 constexpr std::int16_t kMissingResidual = -32768;
-constexpr double kLeastVariance = 0.001;  // keeps a standard error finite
 constexpr char kResidualFailure[] = " STANDARDIZED RESIDUAL WORK FILE FAILURE AT RECORD =";
-
-// The standard error of a measure, logits: 1 / sqrt(Fisher information), which for the Rasch family
-// is the sum of the variances of the scores. The other side's measures are taken as known.
-double ErrorOf(const FitSums& sums) {
-  return 1.0 / std::sqrt(std::max(sums.variance, kLeastVariance));
-}
 
 }  // namespace
 
@@ -303,7 +296,7 @@ void FitPass::ClosePerson(PersonInHand& person) {
   if (IsMeasured(person.status)) {
     if (IsActive(person.status)) fit = FindFit(person.sums, settings_);
     const double bias = run_.results.PersonBias;
-    record.error = ErrorOf(person.sums);
+    record.error = StandardError(person.sums.variance);
     record.displacement = FindPersonDisplacement(person.sums, settings_.EXTRSC);
     if (ShowsDisplacement(person.sums, record.displacement, bias)) outcome_.PersonDisplaced = true;
     if (correlates_) record.correlation = static_cast<float>(person.correlation.Correlation());
@@ -343,7 +336,7 @@ void FitPass::MeasureItem(int item) {
     arrays_.ItemMeasure[item] = 0;
   } else {
     if (IsActive(status)) fit = FindFit(sums, settings_);
-    arrays_.ItemError[item] = ErrorOf(sums);
+    arrays_.ItemError[item] = StandardError(sums.variance);
     const double displacement = FindItemDisplacement(sums, settings_.EXTRSC);
     if (ShowsDisplacement(sums, displacement, run_.results.ItemBias)) outcome_.ItemDisplaced = true;
     arrays_.ItemDisplacement[item] = displacement;

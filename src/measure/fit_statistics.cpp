@@ -20,6 +20,10 @@ float ZCode(double z, double meanSquare) {
   return static_cast<float>((std::round(100.0 * z) * 10.0 + meanSquare) * 0.001);
 }
 
+double StandardError(double information) {
+  return 1.0 / std::sqrt(std::max(information, kLeastInformation));
+}
+
 FitValues FindFit(const FitSums& sums, const ControlSettings& settings) {
   MeanSquare outfit{}, infit{};
   // The variance of z squared is C / V^2 - 1 (its mean is 1), that of y squared C - V^2.

@@ -12,6 +12,7 @@
 
 namespace vardento {
 
+inline constexpr double kLeastInformation = 0.001;  // keeps a standard error finite
 inline constexpr float kFitCap = 9.9F;  // largest mean-square and standardised value kept
 inline constexpr std::size_t kWorstListLength = 50;
 inline constexpr double kUnexpected = 2.0;  // |z| from which a response is listed
@@ -38,6 +39,10 @@ struct FitSums {
 struct FitValues {
   float infit = 1, infitZ = 0, outfit = 1, outfitZ = 0;
 };
+
+// The standard error of a measure or a step, logits: 1 / sqrt(Fisher information), which for the
+// Rasch family is the sum of the variances of the scores. All other measures are taken as known.
+double StandardError(double information);
 
 // Mean-squares, held at 9.9, and standardised values of an active person or item (Wright & Masters
 // 1982, ch. 5). OUTFIT, the mean of z squared, answers to single surprises; INFIT, y squared over

@@ -74,14 +74,16 @@ JointIteration::JointIteration(Run& run)
   itemMaximum_.Assign(run.settings.NI);
   for (int i = 1; i <= run.settings.NI; ++i) SetItemTarget(i);
   previousItem_.Assign(run.settings.NI);
-  BlockPlan plan;
-  plan.Add(previousPerson_, run.NPERS).Add(classOfPerson_, run.NPERS);
-  TakeBlock(run, plan, block_, run.NPERS, run.settings.PERSONS_LABEL);
+  TakeBlock(run, persons_.Plan(run.NPERS), block_, run.NPERS, run.settings.PERSONS_LABEL);
 }
 
-std::size_t JointIteration::BytesFor(int persons) {
-  return static_cast<std::size_t>(persons) * (sizeof(float) + sizeof(std::int32_t));
+BlockPlan JointIteration::PersonArrays::Plan(int persons) {
+  BlockPlan plan;
+  plan.Add(previous, persons).Add(classOf, persons);
+  return plan;
 }
+
+std::size_t JointIteration::BytesFor(int persons) { return PersonArrays().Plan(persons).Bytes(); }
 
 void JointIteration::SetItemTarget(int item) {
   itemScore_[item] = targeted_ ? 0 : run_.arrays.ItemModelScore[item];
@@ -135,7 +137,7 @@ void JointIteration::StepPersons() {
   centreSum_ = centreWeight_ = 0;
   for (int n = 1; n <= run_.NPERS; ++n) {
     if (HasCompleteFlag(arrays.PersonStatus[n])) {
-      classOfPerson_[n] = ClassifyPerson(n);
+      persons_.classOf[n] = ClassifyPerson(n);
     }
   }
   for (PersonClass& persons : classes_) {
@@ -152,7 +154,7 @@ void JointIteration::StepPersons() {
 
 void JointIteration::StepPerson(int person, StatusByte status) {
   if (HasCompleteFlag(run_.arrays.PersonStatus[person])) {
-    const auto index = classOfPerson_[person];
+    const auto index = persons_.classOf[person];
     const PersonClass& persons = classes_[static_cast<std::size_t>(index)];
     MovePerson(person, status, persons.delta, persons.residual);
     return;
@@ -296,7 +298,7 @@ void JointIteration::HoldPersonTarget(ScoreTarget& target, StatusByte status) co
 
 void JointIteration::MovePerson(int person, StatusByte status, double delta, float residual) {
   float& b = run_.arrays.PersonMeasure[person];
-  previousPerson_[person] = b;
+  persons_.previous[person] = b;
   if (!IsFree(status)) return;
   if (std::fabs(residual) > std::fabs(personResidual_)) {
     personResidual_ = residual;
@@ -321,7 +323,7 @@ void JointIteration::CentrePersons() {
     if (!IsFree(WithoutCompleteFlag(run_.arrays.PersonStatus[n]))) continue;
     float& b = run_.arrays.PersonMeasure[n];
     b = static_cast<float>(b - mean);
-    KeepChange(b - previousPerson_[n]);
+    KeepChange(b - persons_.previous[n]);
   }
 }
 
@@ -426,9 +428,8 @@ Outcome Iterate(Run& run, EstimationListener& listener) {
     listener.EndUconIteration(record);
     if (iteration.HasConverged(record)) return Outcome::Converged;
     if (run.StopRequest == 1) return Outcome::StoppedByUser;
-    if (record.iteration == run.settings.MUCON || record.iteration > kIterationLimit) {
-      return Outcome::LimitReached;
-    }
+    if (record.iteration == run.settings.MUCON) return Outcome::MuconReached;
+    if (record.iteration > kIterationLimit) return Outcome::LimitReached;
   }
 }
 

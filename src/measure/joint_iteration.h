@@ -50,6 +50,11 @@ class JointIteration {
   static std::size_t BytesFor(int persons);
 
  private:
+  struct PersonArrays {
+    Array1<float> previous;        // measures before the iteration
+    Array1<std::int32_t> classOf;  // complete persons: index in classes_
+    BlockPlan Plan(int persons);
+  };
   // Complete persons of the same measure and score move alike: one of them is evaluated. The score
   // is all that the measure depends on (sufficiency, Rasch 1960), so there are few classes.
   struct PersonClass {
@@ -105,10 +110,9 @@ class JointIteration {
   Vector1<double> categoryExpected_, categoryTarget_;
   Vector1<float> previousItem_;  // difficulties before the iteration
   MemoryBlock block_;
-  Array1<float> previousPerson_;  // measures before the iteration
+  PersonArrays persons_;
 
   std::vector<PersonClass> classes_;
-  Array1<std::int32_t> classOfPerson_;  // complete persons: index in classes_
   std::unordered_map<std::uint32_t, std::int32_t> classIndex_;  // by the bits of the measure
 
   // Of the iteration in hand.

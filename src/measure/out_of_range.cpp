@@ -7,6 +7,7 @@
 #include "data/work_files.h"
 #include "measure/estimation.h"
 #include "run/messages.h"
+#include "run/user_scale.h"
 
 namespace vardento {
 
@@ -42,8 +43,9 @@ void DropOutOfRange(Run& run, EstimationListener& listener) {
   listener.BeginRangeCut(settings.CUTLO, settings.CUTHI);
   // As distances in logits: the signs mean nothing, and UMEAN= falls out of a difference.
   RangeCut& cut = run.results.rangeCut;
-  cut.below = std::fabs(settings.CUTLO / settings.USCALE);
-  cut.above = std::fabs(settings.CUTHI / settings.USCALE);
+  const UserScale distance(settings);
+  cut.below = distance.DistanceToLogits(settings.CUTLO);
+  cut.above = distance.DistanceToLogits(settings.CUTHI);
   const auto items = static_cast<std::size_t>(settings.NI);
   std::vector<std::uint8_t> row(items);
   for (int n = 1; n <= run.NPERS; ++n) {

@@ -2,18 +2,21 @@
 
 #include <cmath>
 
+#include "data/work_files.h"
+
 namespace vardento {
 
-std::size_t PointBiserial::BytesFor(const Run& run) {
-  return 2 * sizeof(double) *
-         (static_cast<std::size_t>(run.NPERS) + static_cast<std::size_t>(run.settings.NI));
+BlockPlan PointBiserial::KeptSums::Plan(const Run& run) {
+  BlockPlan plan;
+  plan.Add({&personCount, &personSum}, run.NPERS);
+  plan.Add({&itemCount, &itemSum}, run.settings.NI);
+  return plan;
 }
 
+std::size_t PointBiserial::BytesFor(const Run& run) { return KeptSums().Plan(run).Bytes(); }
+
 bool PointBiserial::Allocate(Run& run) {
-  BlockPlan plan;
-  plan.Add({&personCount_, &personSum_}, run.NPERS);
-  plan.Add({&itemCount_, &itemSum_}, run.settings.NI);
-  inUse_ = plan.Allocate(run.memory, block_);
+  inUse_ = TryTakeBlock(run, kept_.Plan(run), block_);
   return inUse_;
 }
 
@@ -21,16 +24,16 @@ void PointBiserial::BeginPass(int NI, bool correlating) {
   correlating_ = correlating;
   itemSums_.Assign(NI);
   if (correlating) return;
-  for (double& value : itemCount_) value = 0;
-  for (double& value : itemSum_) value = 0;
+  for (double& value : kept_.itemCount) value = 0;
+  for (double& value : kept_.itemSum) value = 0;
 }
 
 void PointBiserial::BeginPerson(int person) {
   person_ = person;
   personSums_ = Sums();
   if (correlating_) return;
-  personCount_[person] = 0;
-  personSum_[person] = 0;
+  kept_.personCount[person] = 0;
+  kept_.personSum[person] = 0;
 }
 
 void PointBiserial::Sums::Add(double x, double rest, double weight) {
@@ -42,18 +45,19 @@ void PointBiserial::Sums::Add(double x, double rest, double weight) {
 
 void PointBiserial::Add(int item, int x, double iw, double pw) {
   if (!correlating_) {
-    personCount_[person_] += iw;
-    personSum_[person_] += x * iw;
-    itemCount_[item] += pw;
-    itemSum_[item] += x * pw;
+    kept_.personCount[person_] += iw;
+    kept_.personSum[person_] += x * iw;
+    kept_.itemCount[item] += pw;
+    kept_.itemSum[item] += x * pw;
     return;
   }
   // Without anybody else on the item, or another item of the person, there is no rest.
-  if (iw > 0 && pw < itemCount_[item]) {
-    personSums_.Add(x, (itemSum_[item] - x * pw) / (itemCount_[item] - pw), iw);
+  if (iw > 0 && pw < kept_.itemCount[item]) {
+    personSums_.Add(x, (kept_.itemSum[item] - x * pw) / (kept_.itemCount[item] - pw), iw);
   }
-  if (pw > 0 && iw < personCount_[person_]) {
-    itemSums_[item].Add(x, (personSum_[person_] - x * iw) / (personCount_[person_] - iw), pw);
+  if (pw > 0 && iw < kept_.personCount[person_]) {
+    itemSums_[item].Add(x, (kept_.personSum[person_] - x * iw) / (kept_.personCount[person_] - iw),
+                        pw);
   }
 }
 
@@ -67,13 +71,13 @@ bool PointBiserial::Correlate(double n, double sx, const Sums& sums, double& cor
 
 float PointBiserial::PersonCorrelation() const {
   double correlation = 0;
-  Correlate(personCount_[person_], personSum_[person_], personSums_, correlation);
+  Correlate(kept_.personCount[person_], kept_.personSum[person_], personSums_, correlation);
   return static_cast<float>(correlation);
 }
 
 void PointBiserial::FinishItem(int item, float& correlation) const {
   double value = 0;
-  if (Correlate(itemCount_[item], itemSum_[item], itemSums_[item], value)) {
+  if (Correlate(kept_.itemCount[item], kept_.itemSum[item], itemSums_[item], value)) {
     correlation = static_cast<float>(value);
   }
 }

@@ -34,6 +34,12 @@ class PointBiserial {
     double r = 0, rr = 0, xr = 0, xx = 0;
     void Add(double x, double rest, double weight);
   };
+  // Of all responses to measured items by measured persons, from the last pass that did not
+  // correlate: weighted counts, and sums in score points.
+  struct KeptSums {
+    Array1<double> personCount, personSum, itemCount, itemSum;
+    BlockPlan Plan(const Run& run);
+  };
   // False when one of the two does not vary. n and sx: weighted count and sum of x.
   static bool Correlate(double n, double sx, const Sums& sums, double& correlation);
 
@@ -41,9 +47,7 @@ class PointBiserial {
   bool correlating_ = false;
   int person_ = 0;  // in hand
   MemoryBlock block_;
-  // Of all responses to measured items by measured persons, from the last pass that did not
-  // correlate: weighted counts, and sums in score points.
-  Array1<double> personCount_, personSum_, itemCount_, itemSum_;
+  KeptSums kept_;
   Vector1<Sums> itemSums_;  // weighted by pw
   Sums personSums_;         // of the person in hand, weighted by iw
 };

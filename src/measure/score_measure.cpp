@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "measure/category_model.h"
+#include "measure/fit_statistics.h"
 #include "measure/observations.h"
 #include "run/user_scale.h"
 
@@ -14,7 +15,6 @@ namespace {
 
 constexpr int kLoopLimit = 1000;             // a score out of reach ends the search
 constexpr double kFlat = 1e-9;               // of the maximum: closer scores differ by rounding
-constexpr double kLeastInformation = 0.001;  // keeps a standard error finite
 
 // One entry of the other side.
 struct OtherEntry {
@@ -165,7 +165,7 @@ class ScoreSolver {
 // In user units. PAIRED=Y: every comparison stands in the data twice, so half of the information is
 // there.
 ScoreMeasure Report(const Run& run, const UserScale& scale, double measure, double information) {
-  const double error = 1.0 / std::sqrt(std::max(std::fabs(information), kLeastInformation));
+  const double error = StandardError(std::fabs(information));
   const bool paired = run.settings.PAIRED;
   return {scale.Measure(measure), scale.Error(error),
           static_cast<float>(paired ? 0.5 * information : information)};

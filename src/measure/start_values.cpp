@@ -85,6 +85,7 @@ ProxRecord StartValues::RunPass() {
       persons.Add(run_.arrays.PersonMeasure[n]);
     }
   }
+  const std::vector<float> before(run_.arrays.ItemMeasure.begin(), run_.arrays.ItemMeasure.end());
   PassOverItems();
   CentreMeasures();
   ExtremeRange items(run_.settings.NI);
@@ -93,6 +94,8 @@ ProxRecord StartValues::RunPass() {
   }
   const ScalePassResult scales = EstimateScales(run_, categories_);
   structureChanged_ = structureChanged_ || scales.structureChanged;
+  const bool isStill = ItemsStand(before) && std::fabs(scales.stepChange) < kUnseenChange;
+  stillPasses_ = isStill ? stillPasses_ + 1 : 0;
 
   record.personRange = persons.Range();
   record.itemRange = items.Range();
@@ -386,15 +389,24 @@ bool StartValues::MustContinue(const ProxRecord& record, const ProxRecord& last)
   if (run_.StopRequest == 1) return false;
   const int limit = run_.settings.MPROX;
   // MPROX=0: the user ends the phase. A batch run has nobody to do so.
-  if (limit == 0) return !run_.batch || !HasSettled(record);
+  if (limit == 0) return !run_.batch || !HasSettled();
   return iteration_ < limit && (record.personRange - last.personRange > kRangeGrowth ||
                                 record.itemRange - last.itemRange > kRangeGrowth);
 }
 
-bool StartValues::HasSettled(const ProxRecord& record) const {
-  const bool still = std::fabs(record.measureChange) < kUnseenChange &&
-                     std::fabs(record.stepChange) < kUnseenChange;
-  return still || iteration_ >= kIterationLimit;
+// The record's change is taken before the measures are centred, so it keeps a shift that centring
+// takes back in every pass. Persons follow from the items of the pass before and items from its
+// persons: when the items have stood for two passes, so has everything.
+bool StartValues::HasSettled() const { return stillPasses_ >= 2 || iteration_ >= kIterationLimit; }
+
+bool StartValues::ItemsStand(const std::vector<float>& before) const {
+  for (int i = 1; i <= run_.settings.NI; ++i) {
+    const float change = run_.arrays.ItemMeasure[i] - before[static_cast<std::size_t>(i - 1)];
+    if (run_.arrays.ItemStatus[i] == Status::Active && !(std::fabs(change) < kUnseenChange)) {
+      return false;
+    }
+  }
+  return true;
 }
 
 // The first pass in which nothing changed ends the counting for good: a status that changes later

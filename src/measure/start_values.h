@@ -10,6 +10,8 @@
 // closed form does.
 #pragma once
 
+#include <vector>
+
 #include "measure/estimation_listener.h"
 #include "measure/observations.h"
 #include "measure/point_biserial.h"
@@ -31,7 +33,7 @@ class StartValues {
   // measures grows from pass to pass toward what the closed form would give.
   bool MustContinue(const ProxRecord& record, const ProxRecord& last) const;
   // Nothing moves that the table would show, or the limit of passes is reached.
-  bool HasSettled(const ProxRecord& record) const;
+  bool HasSettled() const;
   // From counting to the correlation pass, and on to passes that only refine measures.
   void AdvancePhase();
   // The items' total scores and counts, from the first pass, into the run's arrays.
@@ -71,6 +73,8 @@ class StartValues {
   bool AllowsComplete() const;
   void KeepLargest(float change, StatusByte status);
   StatusByte ExtremeStatus(bool top) const;
+  // No active item has moved from `before` (by item, from 0) by what would show.
+  bool ItemsStand(const std::vector<float>& before) const;
 
   Run& run_;
   EstimationListener& listener_;
@@ -82,7 +86,8 @@ class StartValues {
   Vector1<double> itemTotalScore_, itemTotalCount_;
   ItemWalk walk_;  // of the pass in hand
 
-  int iteration_ = 0;  // passes begun
+  int iteration_ = 0;    // passes begun
+  int stillPasses_ = 0;  // the last ones, in which neither items nor steps moved
   bool firstPass_ = true;
   bool counting_ = true;          // raw sums are rebuilt while status and structure still move
   bool correlationPass_ = false;  // the first pass behind counting

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "measure/entry_values.h"
+#include "run/user_scale.h"
 
 namespace vardento {
 
@@ -129,6 +130,14 @@ FacetSummary SumUpFacet(Run& run, Facet facet, int measured) {
   return summary;
 }
 
+double ValidResponses(const Run& run, double meanCount) {
+  constexpr double kMost = 99.9;  // 100 is said of complete data alone
+  const double items = run.results.ActiveItems;
+  const bool weighted = run.given.HasPersonWeights() || run.given.HasItemWeights();
+  if (weighted || meanCount <= 0 || meanCount == items) return 0;
+  return std::min(kMost, 100 * meanCount / std::max(1.0, items));
+}
+
 }  // namespace
 
 SeparationValues Separation(double seSD, double seMean, double measureSD) {
@@ -147,10 +156,16 @@ SeparationValues Separation(double seSD, double seMean, double measureSD) {
 
 void SumUp(Run& run) {
   Summary& summary = run.results.summary;
+  summary = Summary();
   summary.persons = SumUpFacet(run, Facet::Persons, run.results.ActivePersons);
   summary.items = SumUpFacet(run, Facet::Items, run.results.ActiveItems);
   run.results.PersonsReported = summary.persons.Extreme() + run.results.ActivePersons;
   run.results.ItemsReported = summary.items.Extreme() + run.results.ActiveItems;
+  summary.beyondCapacity = run.personsRead - run.NPERS;
+  summary.validResponses = ValidResponses(run, summary.persons.count.mean);
+  const UserScale scale(run.settings);
+  summary.cutBelow = scale.Difference(run.results.rangeCut.below);
+  summary.cutAbove = scale.Difference(run.results.rangeCut.above);
 }
 
 }  // namespace vardento

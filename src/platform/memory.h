@@ -16,7 +16,7 @@ class MemoryBudget {
   void SetLimit(std::size_t bytes) { limit_ = bytes; }
   // Every request from the n-th on (from 1) is refused, except none when n is 0: for tests.
   void RefuseRequest(int n) { refuse_ = n; }
-  bool Take(std::size_t bytes);
+  [[nodiscard]] bool Take(std::size_t bytes);
   void Give(std::size_t bytes) { taken_ -= bytes; }
 
  private:
@@ -37,7 +37,7 @@ class MemoryBlock {
   MemoryBlock& operator=(const MemoryBlock&) = delete;
 
   // False when the budget or the system refuses; the block is then empty.
-  bool Allocate(MemoryBudget& budget, std::size_t bytes);
+  [[nodiscard]] bool Allocate(MemoryBudget& budget, std::size_t bytes);
   void Free();
   unsigned char* Data() const { return data_; }
   std::size_t Size() const { return size_; }
@@ -117,7 +117,7 @@ class BlockPlan {
   }
   std::size_t Bytes() const { return bytes_; }
   // Takes the block and sets the arrays to it; false, and nothing set, when it is refused.
-  bool Allocate(MemoryBudget& budget, MemoryBlock& block) const;
+  [[nodiscard]] bool Allocate(MemoryBudget& budget, MemoryBlock& block) const;
 
  private:
   struct Cut {

@@ -34,6 +34,8 @@ class MirroredFile {
   IoStatus Fill(int record, void* bytes);
   // Frees the mirror of a file that is complete without it.
   void Drop();
+  // Frees the mirror of records that nobody wants any more.
+  void Forget() { memory_.Free(); }
   // Writes what memory alone holds to the file, then frees the mirror.
   IoStatus GiveBack();
 

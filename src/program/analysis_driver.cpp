@@ -71,6 +71,7 @@ void MeasureRun(Run& run) {
   ComputeFit(run);
   TellResiduals(run);
   SumUp(run);
+  run.results.RunDigest = RunDigest(run);
   ComputeCategoryPoints(run, run.settings.HIADJ, run.settings.LOWADJ);
 }
 

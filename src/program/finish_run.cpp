@@ -17,7 +17,7 @@ constexpr std::size_t kFrontLineLength = 100;
 
 // Copies the report's lines in pieces of up to 100 characters; a longer line goes on in the next
 // piece.
-int CopyFront(TextReader& from, TextWriter& to) {
+IoStatus CopyFront(TextReader& from, TextWriter& to) {
   std::string line;
   int status = kIoOk;
   while (status == kIoOk && (status = from.ReadLine(line)) == kIoOk) {

@@ -140,7 +140,8 @@ int MainRun(Run& run, const std::vector<std::string>& words) {
   } catch (const RunEnded&) {
     if (run.RunIoStatus == 0) run.RunIoStatus = -1;
   } catch (const std::bad_alloc&) {
-    // Small memory, which no block counts: what was held is free again for the report's end.
+    // Small memory, which no block counts. What the run held is given back for the report's end.
+    run.GiveMemoryBack();
     ReportMessage(run, "NOT ENOUGH MEMORY");
     run.RunIoStatus = -1;
   }

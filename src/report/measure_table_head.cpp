@@ -128,7 +128,7 @@ void MeasureTable::PutHead() {
   PutBar(line, 50);
   line.Text("  OUTFIT  ");
   PutBar(line, 61);
-  line.Text(settings_.PTBIS ? "PTBIS" : "SCORE");
+  line.Text(run_.inForce.pointBiserial ? "PTBIS" : "SCORE");
   PutTail(line, {});
   PutReportLine(run_, line);
   PutReportLine(run_, SecondHeadLine());

@@ -33,9 +33,8 @@ void TellMember(Run& run, int subset, Facet facet, int entry) {
 
 std::string WordsOfEnd(const Run& run) {
   if (run.results.outcome == Outcome::StoppedByUser) return "STOPPED BY THE USER";
-  const int iterations = run.results.iterations.back().iteration;
-  return iterations == run.settings.MUCON ? "MUCON=" + IntegerText(iterations) + " REACHED"
-                                          : "ITERATION LIMIT REACHED";
+  if (run.results.outcome == Outcome::LimitReached) return "ITERATION LIMIT REACHED";
+  return "MUCON=" + IntegerText(run.settings.MUCON) + " REACHED";
 }
 
 }  // namespace
@@ -62,9 +61,12 @@ void TellConvergence(Run& run) {
   const Outcome outcome = run.results.outcome;
   if (outcome == Outcome::Converged || outcome == Outcome::Skipped) return;
   const UconRecord& last = run.results.iterations.back();
-  TellWarning(run, "  NOT CONVERGED: " + WordsOfEnd(run) + ". LARGEST RESIDUAL " +
-                       PlainNumber(last.scoreResidual, 13, 2) + " SCORE POINTS, CHANGE " +
-                       PlainNumber(last.measureChange, 12, 4) + " LOGITS");
+  const std::string line = " NOT CONVERGED: " + WordsOfEnd(run) + ". LARGEST RESIDUAL " +
+                           PlainNumber(last.scoreResidual, 13, 2) + " SCORE POINTS, CHANGE " +
+                           PlainNumber(last.measureChange, 12, 4) + " LOGITS";
+  if (run.batch) WriteToStandardError(line + "\n");
+  WriteConsole(run, line);
+  WriteReportText(run, " " + line);  // the report shows the blank too
 }
 
 void TellResiduals(Run& run) {

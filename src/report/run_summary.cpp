@@ -62,7 +62,7 @@ void PutStatisticRow(Run& run, std::string_view word, const FacetSummary& summar
   PutBoth(run, line);
 }
 
-// One half of the box, and its part of the digest.
+// One half of the box.
 void PutHalf(Run& run, Facet facet, int input) {
   const bool persons = facet == Facet::Persons;
   const Summary& both = run.results.summary;
@@ -73,27 +73,33 @@ void PutHalf(Run& run, Facet facet, int input) {
   const SeparationValues& values = summary.realSeparation;
   const std::string& label = SingularLabel(run.settings, facet);
   PutBoth(run, SeparationRow(" REAL", values, {label, 6, true, kBarColumn}));
-  std::string& digest = run.results.RunDigest;
-  digest.append(TrimRight(label)).append(": REAL SEP.: ");
-  digest.append(PlainNumber(values.SeparationIndex, 10, 2));
-  digest.append("  REL.: ").append(PlainNumber(values.Reliability, 10, 2));
+}
+
+std::string DigestOf(const Run& run, Facet facet, const FacetSummary& summary) {
+  const SeparationValues& values = summary.realSeparation;
+  return std::string(TrimRight(SingularLabel(run.settings, facet))) +
+         ": REAL SEP.: " + PlainNumber(values.SeparationIndex, 10, 2) +
+         "  REL.: " + PlainNumber(values.Reliability, 10, 2);
 }
 
 }  // namespace
 
+std::string RunDigest(const Run& run) {
+  const Summary& summary = run.results.summary;
+  const std::string digest = DigestOf(run, Facet::Persons, summary.persons) + " ... " +
+                             DigestOf(run, Facet::Items, summary.items);
+  return std::string(CutToWidth(digest, kDigestLength));
+}
+
 void WriteRunSummary(Run& run) {
-  std::string& digest = run.results.RunDigest;
-  digest.clear();
   ReportLine title;
   title.At(2).Text(TrimRight(run.settings.TITLE));
   PutBoth(run, title);
   PutBoth(run, BoxRule(Box::TopLeft, kRuleLength, Box::TopRight));
   PutHalf(run, Facet::Persons, run.personsRead);
   PutBoth(run, BoxRule(Box::LeftTee, kRuleLength, Box::RightTee));
-  digest.append(" ... ");
   PutHalf(run, Facet::Items, run.settings.NI);
   PutBoth(run, BoxRule(Box::BottomLeft, kRuleLength, Box::BottomRight));
-  digest = std::string(CutToWidth(digest, kDigestLength));
 }
 
 void PutSummaryLine(Run& run, const ReportLine& line, int width) {

@@ -1,6 +1,5 @@
 #include "report/summary_table.h"
 
-#include <algorithm>
 #include <string>
 
 #include "measure/entry_values.h"
@@ -120,23 +119,18 @@ class Section {
     PutCount(4, "MAXIMUM EXTREME SCORE:", summary_.maximum);
     PutCount(4, "MINIMUM EXTREME SCORE:", summary_.minimum);
     PutCount(8, "LACKING RESPONSES:", summary_.lacking);
-    if (persons_) PutCount(10, "BEYOND CAPACITY:", run_.personsRead - run_.NPERS);
+    if (persons_) PutCount(10, "BEYOND CAPACITY:", run_.results.summary.beyondCapacity);
     PutCount(18, "DELETED:", summary_.deleted);
   }
 
   void PutValidResponses() {
-    const double meanCount = summary_.count.mean;
-    const double items = run_.results.ActiveItems;
-    if (run_.given.HasPersonWeights() || run_.given.HasItemWeights() || meanCount <= 0 ||
-        meanCount == items)
-      return;
+    const Summary& summary = run_.results.summary;
+    if (summary.validResponses == 0) return;
     ReportLine line;
-    line.At(10).Text("VALID RESPONSES: ");
-    line.Fixed(std::min(99.9, 100 * meanCount / std::max(1.0, items)), 5, 1).Text("%");
-    const RangeCut& cut = run_.results.rangeCut;
-    if (cut.below != 0 || cut.above != 0) {
-      line.Text("CUTLO=").Fixed(settings_.USCALE * cut.below, 5, 1);
-      line.Text(" CUTHI=").Fixed(settings_.USCALE * cut.above, 5, 1);
+    line.At(10).Text("VALID RESPONSES: ").Fixed(summary.validResponses, 5, 1).Text("%");
+    if (summary.cutBelow != 0 || summary.cutAbove != 0) {
+      line.Text("CUTLO=").Fixed(summary.cutBelow, 5, 1);
+      line.Text(" CUTHI=").Fixed(summary.cutAbove, 5, 1);
     }
     PutReportLine(run_, line);
   }

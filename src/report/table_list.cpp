@@ -34,11 +34,14 @@ bool Categories(const Run& run, const Subtable& s) { return !s.whole || run.sett
 bool Chart(const Run& run, const Subtable&) { return run.settings.CHART; }
 bool Frequencies(const Run& run, const Subtable&) { return run.settings.DISTRT; }
 bool SeveralGroups(const Run& run, const Subtable&) { return run.NGROUPS > 1; }
-// Without item labels the alphabetical order is the entry order, which Table 14 prints already.
-bool Alphabetical(const Run& run, const Subtable&) {
+// Without item labels the alphabetical order is the entry order, which another Table may print
+// already.
+template <std::size_t OtherTable>
+bool AlphabeticalUnless(const Run& run, const Subtable&) {
   const std::string& tables = run.inForce.TABLES;
-  return !run.settings.INUMB || tables.size() < 14 || tables[13] != '1';
+  return !run.settings.INUMB || tables.size() < OtherTable || tables[OtherTable - 1] != '1';
 }
+constexpr auto Alphabetical = AlphabeticalUnless<14>;
 bool AlphabeticalChart(const Run& run, const Subtable& s) {
   return Chart(run, s) && Alphabetical(run, s);
 }

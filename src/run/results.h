@@ -29,8 +29,9 @@ struct UconRecord {
   float stepChange = 0;        // logits; exactly 0: the row has no step columns
 };
 
-// How the joint iteration ended. Skipped: MUCON= asked for none.
-enum class Outcome { Skipped, Converged, LimitReached, StoppedByUser };
+// How the joint iteration ended. Skipped: MUCON= asked for none; LimitReached: the one that the
+// system sets.
+enum class Outcome { Skipped, Converged, MuconReached, LimitReached, StoppedByUser };
 
 // A subset of persons and items that nothing in the data ties to the others: its first entries; an
 // item of 0: none belongs to it alone.
@@ -78,6 +79,11 @@ struct FacetSummary {
 
 struct Summary {
   FacetSummary persons, items;
+  int beyondCapacity = 0;  // persons read and not held
+  // Responses among those there could be, percent, at most 99.9; 0: all are there, or weights make
+  // the count mean something else.
+  double validResponses = 0;
+  double cutBelow = 0, cutAbove = 0;  // RangeCut in user units, signed by USCALE=
 };
 
 // Responses that CUTLO= and CUTHI= made missing.

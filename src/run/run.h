@@ -70,6 +70,18 @@ class Run {
     inForce = VariablesInForce(settings_);
   }
 
+  // Nothing of the analysis is wanted any more: lets go of arrays, stores and lists.
+  void GiveMemoryBack() {
+    for (MemoryBlock* block : {&itemBlock, &groupBlock, &categoryBlock, &personStatusTrial,
+                               &personBlock, &weightBlock}) {
+      block->Free();
+    }
+    arrays = RunArrays();
+    given = GivenEntries();
+    stores.scoredRows.Forget();
+    stores.personWork.Forget();
+  }
+
   Console* userConsole;         // the one that the process was started at
   Console* console;             // never null; a silent one in batch mode
   SilentConsole silentConsole;  // takes the console's place in batch mode

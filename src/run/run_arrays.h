@@ -41,22 +41,22 @@ struct RunArrays {
   Array1<Model> GroupModel;
   Array1<bool> GroupPivotFlag;  // GroupPivot still sets the scale
 
-  // Category positions, 1..NCATS.
-  Array1<std::int32_t> CodeToCategory;
+  // Category positions, 1..NCATS. What is counted is weighted.
+  Array1<std::int32_t> CodeToCategory;  // by code; negative: the code counts as missing
   Array1<std::int32_t> CategoryToCode;
-  Array1<std::int32_t> StepStatus;
-  Array1<float> StepCalibration;
-  Array1<float> CategoryCount;
-  Array1<float> CategoryExpectedCount;
-  Array1<float> CategoryInformation;
-  Array1<float> CategoryObservedZ;
-  Array1<float> CategoryObservedY;
-  Array1<float> CategoryVariance;
-  Array1<float> CategoryZVariance;
-  Array1<float> CategoryObservedMeasure;
-  Array1<float> CategoryExpectedMeasure;
-  Array1<std::int32_t> CategoryExpectedHits;
-  Array1<std::int32_t> CategoryMatches;
+  Array1<std::int32_t> StepStatus;            // of the step into the category
+  Array1<float> StepCalibration;              // logits
+  Array1<float> CategoryCount;                // responses in the category
+  Array1<float> CategoryExpectedCount;        // from the fit pass on: observed less expected count
+  Array1<float> CategoryInformation;          // about its step, per squared logit
+  Array1<float> CategoryObservedZ;            // OUTFIT mean-square
+  Array1<float> CategoryObservedY;            // INFIT mean-square
+  Array1<float> CategoryVariance;             // their denominators: expected sums of y squared
+  Array1<float> CategoryZVariance;            // and of z squared
+  Array1<float> CategoryObservedMeasure;      // mean B - D of the responses, logits
+  Array1<float> CategoryExpectedMeasure;      // what the model expects of that mean
+  Array1<std::int32_t> CategoryExpectedHits;  // responses expected to be in the category
+  Array1<std::int32_t> CategoryMatches;       // those of them that are
   // Landmarks, as distances from the item: where the expected score is k - 0.5 and k, and where
   // category k or above is as likely as not.
   Array1<double> CategoryHalfPoint;

@@ -41,7 +41,6 @@ struct WorkStores {
   // ZQQ: PersonScores, from the fit pass on PersonWorkRecord; mirrored, it is the person work
   // store.
   MirroredFile personWork{MirroredFile::Writes::MirrorAlone};
-  MemoryBlock makeKeyCounts;  // MAKEKEY=Y: for each item CATEGS reals, the count of each code
 };
 
 }  // namespace vardento

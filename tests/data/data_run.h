@@ -61,8 +61,9 @@ class DataRun : public TestRun {
 
   void SetCapacity(int persons) {
     run.personCapacity = persons;
-    run.personStatusTrial.Allocate(run.memory, static_cast<std::size_t>(persons));
-    run.given.PersonStatus = {reinterpret_cast<StatusByte*>(run.personStatusTrial.Data()), persons};
+    BlockPlan plan;
+    plan.Add(run.given.PersonStatus, persons);
+    if (!plan.Allocate(run.memory, run.personStatusTrial)) std::abort();
     for (StatusByte& status : run.given.PersonStatus) status = Status::Active;
   }
 

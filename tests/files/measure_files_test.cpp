@@ -56,7 +56,7 @@ TEST(MeasureFiles, FixedForm) {
   EXPECT_THAT(small.Persons()[5],
               testing::StartsWith(
                   ";    2    1.25 -1    20.0     12.0    .50   1.44   1.90    .98   -.10 "));
-  small.run.DraftSettings().PTBIS = true;
+  small.run.inForce.pointBiserial = true;
   small.run.DraftSettings().fitName = " LOG";
   small.run.arrays.GroupModel[1] = Model::Successes;
   const std::vector<std::string> items = small.Items();

@@ -77,7 +77,7 @@ TEST(MeasureTable, PrintsEveryKindOfRow) {
 TEST(MeasureTable, OptionsChangeHeadsAndNumbers) {
   ItemRun small;
   ControlSettings& s = small.run.DraftSettings();
-  s.TOTAL = s.REALSE = s.PTBIS = true;
+  s.TOTAL = s.REALSE = small.run.inForce.pointBiserial = true;
   s.UDECIM = 4;
   s.fitName = " LOG";
   small.GivePersonWeights();

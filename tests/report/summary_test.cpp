@@ -36,7 +36,7 @@ Summary MakeSummary(const Run& run) {
 }
 
 // Error of persons: sqrt(.6^2 + .1^2) = .608, against an S.D. of 1.2: sqrt(1.44 - .37) = 1.034.
-TEST(RunSummary, PrintsTheBoxAndLeavesTheDigest) {
+TEST(RunSummary, PrintsTheBoxAndTheDigest) {
   SmallRun small(35, 18);
   small.run.personsRead = 40;
   small.run.results.summary = MakeSummary(small.run);
@@ -60,7 +60,7 @@ TEST(RunSummary, PrintsTheBoxAndLeavesTheDigest) {
           "| S.D.        .0        .0         .50     .10       .00     .0    .00     .0|",
           "| REAL RMSE    .61  ADJ.SD     .00  SEPARATION   .00  ITEM   RELIABILITY  .00|",
           "+" + rule + "+"));
-  EXPECT_EQ(small.run.results.RunDigest,
+  EXPECT_EQ(RunDigest(small.run),
             "PERSON: REAL SEP.: 1.70  REL.: .74 ... ITEM: REAL SEP.: .00  REL.: .00");
   ASSERT_EQ(small.console.lines.size(), lines.size() + 1);
   for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -84,11 +84,11 @@ TEST(RunSummary, ScreenHasPlainRulesUnderAsciiNo) {
 TEST(SummaryTable, CountsThoseLeftOut) {
   SmallRun small(9, 20);
   auto& run = small.run;
-  run.personsRead = 11;
   run.results.ActivePersons = 5;
-  run.DraftSettings().USCALE = 10;
-  run.results.rangeCut.below = 2;
   run.results.summary = MakeSummary(run);
+  run.results.summary.beyondCapacity = 2;
+  run.results.summary.validResponses = 92.5;
+  run.results.summary.cutBelow = 20;
   FacetSummary& persons = run.results.summary.persons;
   persons.maximum = persons.minimum = persons.lacking = persons.deleted = 1;
   PrintSummaryTable(small.context);
