@@ -5,6 +5,21 @@
 #include <utility>
 
 namespace vardento {
+namespace {
+
+// Strings, buffers and small tables are not counted. A large block that would leave them less than
+// this is refused: whoever asked for it has a fall-back, they have none.
+constexpr std::size_t kWorkingRoom = 1 << 20;
+constexpr std::size_t kLargeBlock = 1 << 16;
+
+bool LeavesWorkingRoom(std::size_t bytes) {
+  if (bytes < kLargeBlock) return true;
+  void* const room = std::malloc(kWorkingRoom);
+  std::free(room);
+  return room != nullptr;
+}
+
+}  // namespace
 
 bool MemoryBudget::Take(std::size_t bytes) {
   ++requests_;
@@ -27,7 +42,8 @@ bool MemoryBlock::Allocate(MemoryBudget& budget, std::size_t bytes) {
   Free();
   if (!budget.Take(bytes)) return false;
   data_ = static_cast<unsigned char*>(std::calloc(std::max<std::size_t>(bytes, 1), 1));
-  if (!data_) {
+  if (!data_ || !LeavesWorkingRoom(bytes)) {
+    std::free(std::exchange(data_, nullptr));
     budget.Give(bytes);
     return false;
   }

@@ -1,6 +1,7 @@
 #include "program/main_run.h"
 
 #include <algorithm>
+#include <memory>
 #include <new>
 
 #include "control/control_reader.h"
@@ -133,6 +134,8 @@ int ExitStatus(const Run& run) {
 }  // namespace
 
 int MainRun(Run& run, const std::vector<std::string>& words) {
+  constexpr std::size_t kReserve = 1 << 18;  // for the report's end, should memory run out
+  std::unique_ptr<char[]> reserve(new (std::nothrow) char[kReserve]);
   try {
     PrepareRun(run, words);
     run.console->SetMenuState(MenuState::Running);
@@ -142,6 +145,7 @@ int MainRun(Run& run, const std::vector<std::string>& words) {
   } catch (const std::bad_alloc&) {
     // Small memory, which no block counts. What the run held is given back for the report's end.
     run.GiveMemoryBack();
+    reserve.reset();
     ReportMessage(run, "NOT ENOUGH MEMORY");
     run.RunIoStatus = -1;
   }
