@@ -31,6 +31,11 @@ int LastRowOf(const ReportContext& context) {
   return static_cast<int>(std::min<long>(height, rowsPerUnit * context.rangeSpan));
 }
 
+// The end where able persons and hard items stand: the top, unless USCALE= turns the scale round.
+bool IsHighEnd(const Run& run, MapEnd end) {
+  return (run.settings.USCALE > 0) == (end == MapEnd::Top);
+}
+
 template <class Count>
 Count Most(const std::vector<Count>& counts) {
   return counts.empty() ? Count{} : *std::ranges::max_element(counts);
@@ -133,23 +138,15 @@ std::string BarOf(const BarUnit& unit, double count) {
 }
 
 std::string_view PersonWord(const Run& run, MapEnd end) {
-  return (run.settings.USCALE > 0) == (end == MapEnd::Top) ? "<more>" : "<less>";
+  return IsHighEnd(run, end) ? "<more>" : "<less>";
 }
-
-namespace {
-
-bool IsRareAt(const Run& run, MapEnd end, bool mirrored) {
-  return ((run.settings.USCALE > 0) == (end == MapEnd::Top)) != mirrored;
-}
-
-}  // namespace
 
 std::string_view ItemWord(const Run& run, MapEnd end, bool mirrored) {
-  return IsRareAt(run, end, mirrored) ? "<rare>" : "<frequ>";
+  return IsHighEnd(run, end) != mirrored ? "<rare>" : "<frequ>";
 }
 
 std::string_view ItemCaption(const Run& run, MapEnd end, bool mirrored) {
-  return IsRareAt(run, end, mirrored) ? "--- <rare>" : "<frequent>";
+  return IsHighEnd(run, end) != mirrored ? "--- <rare>" : "<frequent>";
 }
 
 void PutMapRule(ReportLine& line, int column, bool tick, bool mirrored) {

@@ -1,6 +1,8 @@
 // The maps of items by the categories of their scales, a column for each category.
 #include <algorithm>
-#include <optional>
+#include <cstdint>
+#include <string>
+#include <vector>
 
 #include "control/item_specifications.h"
 #include "lists/category_labels.h"
@@ -17,7 +19,6 @@ namespace vardento {
 namespace {
 
 constexpr int kLineLength = 1000, kCellsEnd = 484;
-constexpr int kWidestLabel = 99;
 constexpr std::int16_t kNoRow = -1;
 
 // The row on which each category of each item begins.
