@@ -125,11 +125,11 @@ int DigitsOfValues(const ZoneMap& map) {
   return static_cast<int>(digits);
 }
 
+// Columns for each cell; below 1 when there are more categories than a line can hold.
 int CellWidth(const LabelMap& page, const ZoneMap& map) {
   const int columns = static_cast<int>(map.categories.size());
   const int width = page.LabelWidth() + DigitsOfValues(map) + 1;
-  return std::max(
-      std::min({width, kLineLength / columns, (kCellsEnd - page.BarWidth()) / columns - 2}), 1);
+  return std::min({width, kLineLength / columns, (kCellsEnd - page.BarWidth()) / columns - 2});
 }
 
 void PrintZoneMap(ReportContext& context, ZoneKind kind, std::string_view titleEnd) {
@@ -149,13 +149,18 @@ void PrintZoneMap(ReportContext& context, ZoneKind kind, std::string_view titleE
   }
   const VariableMap map = MakeVariableMap(run, false);
   LabelMap page(context, map, scale, Facet::Items);
+  const int width = CellWidth(page, zones);
+  if (width < 1) {
+    TellUser(run, "NAMMAP: BB PROBLEM");
+    return;
+  }
   const CategoryLabels labels(run);
   std::vector<std::string> heads;
   for (const ZoneCategory& category : zones.categories) {
     heads.push_back(WordsOf(run, labels, category));
   }
   const std::vector<int> list = ListForMap(run, Facet::Items);
-  page.Print(ArrangeZones(rows, zones, scale, list), CellWidth(page, zones), titleEnd, heads);
+  page.Print(ArrangeZones(rows, zones, scale, list), width, titleEnd, heads);
 }
 
 }  // namespace

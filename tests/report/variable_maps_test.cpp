@@ -272,6 +272,14 @@ TEST(ZoneMap, FillsColumnsLineByLine) {
   EXPECT_THAT(lines, Contains("   -1       X S+            1  Item1"));
 }
 
+TEST(ZoneMap, TellsOfMissingMemory) {
+  TwoItems small;
+  small.run.memory.SetLimit(0);
+  EXPECT_THAT(small.Ask("12.6"), Contains("NOT ENOUGH MEMORY FOR TABLE"));
+  EXPECT_THAT(small.console.lines,
+              Contains("18 bytes of memory not available. Table not produced."));
+}
+
 // Of two cells that an item has on one line the last has its label.
 TEST(ZoneMap, ShowsALabelOnceOnALine) {
   TwoItems small;
