@@ -16,7 +16,7 @@ from pathlib import Path
 import compare_data
 
 TEXT_OR_LIST = ("GROUPS", "MODELS", "RESCORE", "IREFER")  # a file is told by a "*" before its name
-TABLES = "3.1 6.1 10.1 13.1 14.1 15.1 17.1 18.1 19.1 25.1 26.1"
+TABLES = "1 3.1 6.1 10.1 12 13.1 14.1 15.1 16 17.1 18.1 19.1 25.1 26.1"
 ASKED = ["TFILE=tables.txt", "PFILE=p.txt", "IFILE=i.txt", "SFILE=s.txt", "ISFILE=is.txt"]
 COMMAND = ["control.txt", "report.txt", "BATCH=Y"]
 WORD = re.compile(r'(?:[^\s<"]|<[^>]*>|"[^"]*")+')
@@ -451,8 +451,16 @@ CFILE=<1 low|A+2 high> CLFILE=<0+1 right|*+1 none>
 CLFILE=<0 no|1 yes|3+1 maybe>
 IMAP=$S1W3 PMAP=$S6W1
 IMAP=$S9E12 PMAP=$S1W2+$S6W1
+IMAP=$S2W3+"-"+$S1W1 PMAP=$S2W2 ISORT=0 PSORT=0
+IMAP=$S2 PMAP=none
+NAMLMP=-4 INUMB=Y
+TFILE=<1.0 -4 4 3|1.10|12.2 - - 2.5 - 4 2|12.12|16.3 -1 1 8>
+TFILE=<1.4 - - - 3 2 2|12.5 - - 5|12.6 2 -2> CFILE=<0 never|2+3 often> CLFILE=<1 once>
+TFILE=<1|12|16> MAXPAGE=25 LINELEN=60 HEADING=N
+TFILE=<1|12|16> LINELEN=0 NAMLMP=30
 T1I=2 T1P=5
 T1I=-1 T1P=1
+T1I=3 T1P=40 MRANGE=2
 MRANGE=3 FRANGE=2
 MRANGE=-5 FRANGE=4
 CATREF=1

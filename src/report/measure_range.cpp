@@ -23,14 +23,17 @@ struct Range {
   }
 };
 
-void TakeItems(const Run& run, const Array1<double>& boundaries, int lowest, Range& range) {
+void TakeItems(const Run& run, const Array1<double>& boundaries, const TableNeeds& needs,
+               Range& range) {
   const RunArrays& arrays = run.arrays;
   const UserScale distance(run.settings);
+  const int lowest = needs.lowestBoundary;
   for (int i = 1; i <= arrays.ItemStatus.Size(); ++i) {
     if (!IsActive(arrays.ItemStatus[i])) continue;
     const int group = arrays.ItemGroup[i];
     const int top = arrays.GroupTop[group];
-    const float measure = MeasureOf(run, Facet::Items, i);
+    float measure = MeasureOf(run, Facet::Items, i);
+    if (needs.mirrored) measure = 2 * run.settings.UMEAN - measure;
     if (top < 2 || lowest < 0) {
       range.Take(measure);
     } else {
@@ -56,7 +59,7 @@ Range RangeOfData(const Run& run, const TableNeeds& needs, const Array1<double>&
     range.Take(settings.UMEAN + settings.MRANGE);
     return range;
   }
-  if (needs.rangeOfItems) TakeItems(run, boundaries, needs.lowestBoundary, range);
+  if (needs.rangeOfItems) TakeItems(run, boundaries, needs, range);
   if (needs.rangeOfPersons) TakePersons(run, range);
   if (!range.any) range.Take(settings.UMEAN);
   return range;

@@ -16,9 +16,11 @@ struct TableNeeds {
   // Below 0: the range takes items by their measures alone. Else it covers their categories, from
   // the boundary at this position on.
   int lowestBoundary = -1;
-  bool centred = false;     // the range reaches as far below UMEAN= as above it
-  bool freshLists = false;  // the lists are made anew, whatever came before
-  bool residuals = false;   // nothing is printed with PRCOMP=N
+  bool labelsOnOneLine = false;  // maps cut labels so that those of a row fit on one line
+  bool mirrored = false;         // items are shown reflected in UMEAN=
+  bool centred = false;          // the range reaches as far below UMEAN= as above it
+  bool freshLists = false;       // the lists are made anew, whatever came before
+  bool residuals = false;        // nothing is printed with PRCOMP=N
 };
 
 struct ReportContext {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "report/later_tables.h"
+#include "report/map_labels.h"
 #include "report/report_columns.h"
 #include "run/messages.h"
 #include "text/number_text.h"
@@ -60,12 +60,37 @@ void SortByKey(std::vector<int>& entries, Key key, bool ascendingEntries) {
   });
 }
 
-// The part of a label that decides its place, padded to `width`.
-std::string SortText(Run& run, Facet facet, int entry, int start, int width) {
-  const std::string label = LabelOfEntry(run, facet, entry);
-  if (start == 0) return PadRight(MapLabel(run.settings, facet, label), width);
-  return PadRight(FromColumn(label, start), width);
+int LongestLabelOf(const Run& run, Facet facet) {
+  if (facet == Facet::Persons) return std::clamp(run.LongestLabel, 1, kLastColumn);
+  const int stored = static_cast<int>(run.stores.itemLabels.RecordLength());
+  return std::clamp(std::max(stored, run.inForce.ITLEN), 1, kLastColumn);
 }
+
+// Gives the part of a label that decides its place, padded to `width`.
+class SortTexts {
+ public:
+  // `start`: the column from which labels are compared; 0: the field that maps show.
+  SortTexts(Run& run, Facet facet, int start)
+      : run_(run),
+        facet_(facet),
+        labels_(run, facet),
+        start_(start),
+        width_(start == 0 ? labels_.Width() : LongestLabelOf(run, facet)) {}
+
+  std::size_t Width() const { return static_cast<std::size_t>(width_); }
+
+  std::string Of(int entry) const {
+    const std::string label = LabelOfEntry(run_, facet_, entry);
+    if (start_ == 0) return PadRight(labels_.FieldOf(label), width_);
+    return PadRight(FromColumn(label, start_), width_);
+  }
+
+ private:
+  Run& run_;
+  Facet facet_;
+  MapLabels labels_;
+  int start_, width_;
+};
 
 int DecideStartColumn(Run& run, Facet facet) {
   const ControlSettings& settings = run.settings;
@@ -74,28 +99,22 @@ int DecideStartColumn(Run& run, Facet facet) {
   float start = static_cast<float>(persons ? settings.PSORT : settings.ISORT);
   if (request.Set(5) != ' ') start = request.Value(5);
   start = std::clamp(std::round(start), 0.0F, static_cast<float>(kLastColumn));
-  if (start == 0 && Trim(persons ? settings.PMAP : settings.IMAP).empty()) start = 1;
+  if (start == 0 && !MapLabels(run, facet).HasField()) start = 1;
   request.TableArgument[4] = start;
   return static_cast<int>(start);
 }
 
-int LongestLabelOf(const Run& run, Facet facet) {
-  if (facet == Facet::Persons) return std::clamp(run.LongestLabel, 1, kLastColumn);
-  const int stored = static_cast<int>(run.stores.itemLabels.RecordLength());
-  return std::clamp(std::max(stored, run.inForce.ITLEN), 1, kLastColumn);
-}
-
 // Sorts with all labels in one block; false when the block can't be had.
-bool SortInMemory(Run& run, Facet facet, SelectedList& list, int start, int width,
+bool SortInMemory(MemoryBudget& memory, const SortTexts& texts, SelectedList& list,
                   std::size_t entries) {
-  const std::size_t length = static_cast<std::size_t>(width);
+  const std::size_t length = texts.Width();
   MemoryBlock block;
-  if (!block.Allocate(run.memory, entries * length)) return false;
+  if (!block.Allocate(memory, entries * length)) return false;
   const auto labelOf = [&](int entry) {
     return block.Data() + static_cast<std::size_t>(entry - 1) * length;
   };
   for (const int entry : list.entries) {
-    std::memcpy(labelOf(entry), SortText(run, facet, entry, start, width).data(), length);
+    std::memcpy(labelOf(entry), texts.Of(entry).data(), length);
   }
   ShellSort(list.entries, [&](int a, int b) {
     const int order = std::memcmp(labelOf(a), labelOf(b), length);
@@ -152,14 +171,13 @@ void SortAlphabetically(Run& run, Facet facet, SelectedList& list) {
   const FacetArrays arrays = ArraysOf(run, facet);
   TakeAbove(list, arrays.status, Status::NoResponses);
   list.order = 'A';
-  const int width = LongestLabelOf(run, facet);
   const std::size_t entries = static_cast<std::size_t>(arrays.Count());
-  if (SortInMemory(run, facet, list, start, width, entries)) return;
-  WriteConsole(run, std::to_string(entries * static_cast<std::size_t>(width)) +
+  const SortTexts texts(run, facet, start);
+  if (SortInMemory(run.memory, texts, list, entries)) return;
+  WriteConsole(run, std::to_string(entries * texts.Width()) +
                         " bytes of memory not available, using disk work file");
   ShellSort(list.entries, [&](int a, int b) {
-    const int order =
-        SortText(run, facet, a, start, width).compare(SortText(run, facet, b, start, width));
+    const int order = texts.Of(a).compare(texts.Of(b));
     return order != 0 ? order < 0 : a < b;
   });
 }

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <string>
 
+#include "measure/variable_map.h"
 #include "report/measure_table.h"
 #include "report/summary_table.h"
+#include "report/variable_maps.h"
 
 namespace vardento {
 namespace {
@@ -33,7 +35,7 @@ bool Always(const Run&, const Subtable&) { return true; }
 bool Categories(const Run& run, const Subtable& s) { return !s.whole || run.settings.STEPT3; }
 bool Chart(const Run& run, const Subtable&) { return run.settings.CHART; }
 bool Frequencies(const Run& run, const Subtable&) { return run.settings.DISTRT; }
-bool SeveralGroups(const Run& run, const Subtable&) { return run.NGROUPS > 1; }
+bool SeveralSteps(const Run& run, const Subtable&) { return HasSeveralSteps(run); }
 // Without item labels the alphabetical order is the entry order, which another Table may print
 // already.
 template <std::size_t OtherTable>
@@ -58,7 +60,10 @@ constexpr TableNeeds kPersons{.subject = Facet::Persons};
 constexpr TableNeeds kFreshItems{.freshLists = true};
 constexpr TableNeeds kItemCategories{.lowestBoundary = 0};
 constexpr TableNeeds kPersonsByCategories{.subject = Facet::Persons, .lowestBoundary = 0};
+constexpr TableNeeds kMap{.lowestBoundary = 1, .labelsOnOneLine = true};
+constexpr TableNeeds kMirroredMap{.lowestBoundary = 1, .labelsOnOneLine = true, .mirrored = true};
 constexpr TableNeeds kItemMap{.lowestBoundary = 1};
+constexpr TableNeeds kMirroredItemMap{.lowestBoundary = 1, .mirrored = true};
 constexpr TableNeeds kPersonMap{.subject = Facet::Persons, .lowestBoundary = 1};
 constexpr TableNeeds kCurves{.lowestBoundary = 0, .centred = true};
 constexpr TableNeeds kItemResiduals{.rangeOfPersons = false, .freshLists = true, .residuals = true};
@@ -66,13 +71,13 @@ constexpr TableNeeds kPersonResiduals{
     .subject = Facet::Persons, .rangeOfItems = false, .freshLists = true, .residuals = true};
 
 constexpr TableRow kTables[] = {
-    {1, 0, Is<0>, Always, Later, kItemMap},
-    {1, 1, Is<1>, Always, Later, kItemMap},
-    {1, 2, Is<2>, Always, Later, kItemMap},
-    {1, 3, Is<3>, Always, Later, kItemMap},
-    {1, 4, Is<4>, Always, Later, kItemMap},
-    {1, 10, Any, Always, Later, kItemMap},
-    {1, 12, Any, Always, Later, kItemMap},
+    {1, 0, Is<0>, Always, PrintCombinedMap, kMap},
+    {1, 1, Is<1>, Always, PrintHistogramMap, kMap},
+    {1, 2, Is<2>, Always, PrintItemLabelMap, kMap},
+    {1, 3, Is<3>, Always, PrintPersonLabelMap, kMap},
+    {1, 4, Is<4>, SeveralSteps, PrintStepHistogramMap, kMap},
+    {1, 10, Any, Always, PrintCombinedMap, kMirroredMap},
+    {1, 12, Any, Always, PrintItemLabelMap, kMirroredMap},
     {2, 1, Any, Always, Later, kItemCategories},
     {3, 1, AtMost1, Always, PrintSummaryTable, kCurves},
     {3, 2, Above1, Categories, Later, kCurves},
@@ -94,10 +99,10 @@ constexpr TableRow kTables[] = {
     {10, 4, IsZeroOr<4>, Always, Later, kItems},
     {10, 5, IsZeroOr<5>, Always, Later, kItems},
     {11, 1, Any, Always, Later, kItems},
-    {12, 2, Is<2>, Always, Later, kItemMap},
-    {12, 5, Is<5>, SeveralGroups, Later, kItemMap},
-    {12, 6, Is<6>, SeveralGroups, Later, kItemMap},
-    {12, 12, Is<12>, Always, Later, kItemMap},
+    {12, 2, Is<2>, Always, PrintItemLabelMap, kItemMap},
+    {12, 5, Is<5>, SeveralSteps, PrintScoreZoneMap, kItemMap},
+    {12, 6, Is<6>, SeveralSteps, PrintThurstoneMap, kItemMap},
+    {12, 12, Is<12>, Always, PrintItemLabelMap, kMirroredItemMap},
     {13, 1, AtMost1, Always, PrintInMeasureOrder, kFreshItems},
     {13, 2, IsZeroOr<2>, Chart, Later, kFreshItems},
     {13, 3, IsZeroOr<3>, Frequencies, Later, kFreshItems},
@@ -107,7 +112,7 @@ constexpr TableRow kTables[] = {
     {15, 1, AtMost1, Alphabetical, PrintInAlphabeticalOrder, kFreshItems},
     {15, 2, IsZeroOr<2>, AlphabeticalChart, Later, kFreshItems},
     {15, 3, IsZeroOr<3>, AlphabeticalFrequencies, Later, kFreshItems},
-    {16, 3, Is<3>, Always, Later, kPersonMap},
+    {16, 3, Is<3>, Always, PrintPersonLabelMap, kPersonMap},
     {17, 1, AtMost1, Always, PrintInMeasureOrder, kPersonsByCategories},
     {17, 2, IsZeroOr<2>, Chart, Later, kPersonsByCategories},
     {17, 3, Above2, Always, Later, kPersonsByCategories},

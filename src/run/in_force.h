@@ -29,6 +29,8 @@ struct VariablesInForce {
         PAFILE(given.PAFILE),
         IWEIGHT(given.IWEIGHT),
         PWEIGHT(given.PWEIGHT),
+        IMAP(given.IMAP),
+        PMAP(given.PMAP),
         ITLEN(given.ITLEN),
         pointBiserial(given.PTBIS),
         TABLES(given.TABLES) {}
@@ -36,7 +38,8 @@ struct VariablesInForce {
   // Work files can stand in the place of what was named: rewritten records, labels of the Control
   // File, values taken from labels.
   std::string DATA, ILFILE, IAFILE, PAFILE, IWEIGHT, PWEIGHT;
-  int ITLEN = 0;  // not above the longest label
+  std::string IMAP, PMAP;  // blank when they can't be read
+  int ITLEN = 0;           // not above the longest label
   ScoringInForce scoring;
   bool pointBiserial = false;  // PTBIS=, unless there was no memory for it
   std::string TABLES;          // blank once TFILE= has taken over

@@ -86,6 +86,10 @@ class SmallRun : public TestRun {
     a.GroupStart = Cut(integers_, groups, std::int32_t{1});
     a.GroupTop = Cut(integers_, groups, std::int32_t{1});
     a.GroupModel = Cut(models_, groups, Model::Rating);
+    const int positions = 4 * groups;
+    a.CategoryToCode = Cut(integers_, positions, std::int32_t{0});
+    a.CategoryHalfPoint = Doubles(positions);
+    a.CategoryThurstone = Doubles(positions);
   }
   void MakePersons(int persons) {
     RunArrays& a = run.arrays;

@@ -1,0 +1,96 @@
+#include "report/character_plot.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "report/page.h"
+#include "text/number_text.h"
+#include "text/text_width.h"
+
+namespace vardento {
+namespace {
+
+constexpr int kCaptionColumn = 2;
+constexpr int kFirstColumn = 10;  // of the cells
+constexpr int kNumberWidth = 5;
+
+// The number at the left of a row; empty for a row without one.
+std::string ScoreAtRow(int row, int height, int scale, int lowest) {
+  const double halves = std::round(static_cast<double>(row) * scale * 2 / height);
+  if (std::round(halves * height / (2.0 * scale)) != row) return {};
+  constexpr int kHalvesShown = 999;  // on longer scales whole numbers alone
+  const auto count = static_cast<long long>(halves);
+  if (count % 2 != 0 && scale <= kHalvesShown) {
+    return fixed_field((2.0 * lowest + halves) * 0.5, kNumberWidth, 1);
+  }
+  return integer_field(std::lround(halves / 2) + lowest, kNumberWidth);
+}
+
+std::string ProbabilityAtRow(int row, int height) {
+  if (row * 5 % height != 0 && row * 2 % height != 0) return {};
+  return fixed_field(static_cast<double>(row) / height, kNumberWidth, 1);
+}
+
+std::string NumberAtRow(int row, int height, const PlotFrame& frame) {
+  return frame.scale > 1 ? ScoreAtRow(row, height, frame.scale, frame.lowest)
+                         : ProbabilityAtRow(row, height);
+}
+
+}  // namespace
+
+void PutAxisNumbers(ReportLine& line, const PlotAxis& axis, float low, int first) {
+  int free = 1;
+  for (int tick = 0; tick <= axis.ticks; ++tick) {
+    const std::string number =
+        integer_field(std::lround(low + static_cast<float>(tick) * axis.unit), kNumberWidth);
+    const std::string_view digits = Trim(number);
+    const int column = first + tick * axis.tickWidth - TextWidth(digits) + 1;
+    if (column < free) continue;
+    line.At(column).Text(digits);
+    free = line.Column() + 1;
+  }
+}
+
+void PutAxisRule(ReportLine& line, const PlotAxis& axis, int first, Box left, Box right) {
+  line.At(first - 1).Repeat(left, 1).Repeat(Box::Cross, 1);
+  for (int tick = 1; tick <= axis.ticks; ++tick) {
+    line.Repeat(Box::Horizontal, axis.tickWidth - 1).Repeat(Box::Cross, 1);
+  }
+  line.Repeat(right, 1);
+}
+
+void PutCharacterPlot(Run& run, const PlotGrid& grid, const PlotFrame& frame) {
+  const int height = std::max(grid.LastRow(), 1);
+  const CaptionField caption = CentreCaption(frame.caption, height);
+  std::size_t next = 0;
+  const auto beginLine = [&] {
+    ReportLine line;
+    if (next < caption.size()) line.At(kCaptionColumn).Repeat(caption[next++], 1);
+    return line;
+  };
+  ReportLine line = beginLine();
+  PutAxisRule(line, frame.axis, kFirstColumn, Box::TopLeft, Box::TopRight);
+  PutReportLine(run, line);
+  for (int row = grid.LastRow(); row >= 0; --row) {
+    line = beginLine();
+    const std::string number = NumberAtRow(row, height, frame);
+    const Box side = number.empty() ? Box::Vertical : Box::Cross;
+    line.Text(number).At(kFirstColumn - 1).Repeat(side, 1);
+    grid.PutRow(line, row);
+    line.Repeat(side, 1);
+    PutReportLine(run, line);
+  }
+  line = beginLine();
+  PutAxisRule(line, frame.axis, kFirstColumn, Box::BottomLeft, Box::BottomRight);
+  PutReportLine(run, line);
+  line = beginLine();
+  PutAxisNumbers(line, frame.axis, frame.low, kFirstColumn);
+  PutReportLine(run, line);
+  line.Clear();
+  const int spare = frame.axis.columns + 1 - TextWidth(frame.axisLabel);
+  line.At(std::max(kFirstColumn + spare / 2, kCaptionColumn)).Text(frame.axisLabel);
+  PutReportLine(run, line);
+}
+
+}  // namespace vardento
