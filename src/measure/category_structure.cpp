@@ -112,7 +112,7 @@ void CategoryStructures::ReadRow(const CategoryStructure& structure, int k,
   row.value = arrays.CategoryToCode[start + k];
   row.score = arrays.CategoryToCode[start] + k;
   row.status = arrays.StepStatus[start + k];
-  ReadUse(start + k, row);
+  ReadUse(structure, k, row);
   ReadScale(start + k, row);
   for (double* measure :
        {&row.average, &row.expected, &row.measurePoint, &row.halfPoint, &row.thurstone}) {
@@ -121,13 +121,24 @@ void CategoryStructures::ReadRow(const CategoryStructure& structure, int k,
   NameRow(structure, row);
 }
 
-void CategoryStructures::ReadUse(int position, CategoryRow& row) const {
+// The sums of what the model expects count, for steps taken in succession, whoever is expected to
+// pass step k: in category k are those of them who are not expected to pass the next.
+void CategoryStructures::ReadUse(const CategoryStructure& structure, int k,
+                                 CategoryRow& row) const {
   const RunArrays& arrays = run_.arrays;
+  const int position = arrays.GroupStart[structure.group] + k;
   const UserScale scale(run_.settings);
   row.count = arrays.CategoryCount[position];
   row.residual = arrays.CategoryExpectedCount[position];
   row.average = scale.Difference(arrays.CategoryObservedMeasure[position]);
-  row.expected = scale.Difference(arrays.CategoryExpectedMeasure[position]);
+  double expected = arrays.CategoryExpectedMeasure[position];
+  if (structure.model == Model::Successes && k > 0 && k < structure.Top()) {
+    const double passed = arrays.CategoryCount[position + 1];
+    row.residual += passed - arrays.CategoryExpectedCount[position + 1];
+    expected -= arrays.CategoryExpectedMeasure[position + 1] * std::max(passed, 1.0) /
+                std::max(row.count, 1.0);
+  }
+  row.expected = scale.Difference(expected);
   row.infit = arrays.CategoryObservedY[position];
   row.outfit = arrays.CategoryObservedZ[position];
   row.predicted = arrays.CategoryExpectedHits[position];

@@ -84,7 +84,7 @@ class CategoryStructures {
 
  private:
   void ReadRow(const CategoryStructure& structure, int k, CategoryRow& row) const;
-  void ReadUse(int position, CategoryRow& row) const;
+  void ReadUse(const CategoryStructure& structure, int k, CategoryRow& row) const;
   void ReadScale(int position, CategoryRow& row) const;
   int CodeScoredAs(int value, int item) const;
   int CommonCode(int value, const std::vector<int>& items) const;

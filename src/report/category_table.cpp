@@ -32,12 +32,12 @@ constexpr int kUseBar = 22, kAveragesBar = 35, kMeanSquaresBar = 48, kSingleCohe
 
 // A measure in fewer columns than measures have: decimals go before the number does.
 std::string MeasureField(const Run& run, double value, int width) {
-  std::string field;
   for (int decimals = run.settings.UDECIM; decimals >= 0; --decimals) {
-    field = fixed_field(value, width, decimals);
-    if (field.find('*') == field.npos) break;
+    const std::string field = fixed_field(value, width, decimals);
+    if (field.find('*') == field.npos) return field;
   }
-  return field;
+  return std::fabs(value) < 1e9 ? integer_field(std::lround(value), width)
+                                : fixed_field(value, width, 0);
 }
 
 // The measure at an end of the scale, where the expected score is never reached: in brackets.
