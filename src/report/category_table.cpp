@@ -158,8 +158,7 @@ class CategoryTable {
 
   // Response code and words behind the closing bar.
   void PutRow(ReportLine& line, const CategoryRow& row) {
-    if (!row.code.empty()) line.Skip(1).Text(row.code);
-    if (!row.words.empty()) line.Skip(1).Text(row.words);
+    line.Skip(1).Text(row.code, run_.settings.XWIDE).Skip(1).Text(row.words);
     PutReportLine(run_, line);
   }
 
