@@ -8,7 +8,10 @@
 namespace vardento {
 namespace {
 
-constexpr std::string_view kProbability = "PROBABILITY OF RESPONSE";
+// Beside a low plot there is room for the first word alone.
+std::string_view ProbabilityCaption(int height) {
+  return height < CurvePlots::kLargestHeight ? "PROBABILITY" : "PROBABILITY OF RESPONSE";
+}
 
 // A whole number of rows for each score point, as many as there is room for.
 int HeightOfScores(int height, int top) {
@@ -121,7 +124,7 @@ void CurvePlots::PutProbabilities(Run& run, std::string_view axisLabel) const {
   PutPlot(run, probability_,
           curves_.Top() < 2 ? "DICHOTOMOUS CURVES"
                             : "CATEGORY PROBABILITIES: MODES - Step measures at intersections",
-          Frame(axisLabel, kProbability));
+          Frame(axisLabel, ProbabilityCaption(probability_.grid.LastRow())));
 }
 
 void CurvePlots::PutExpectedScore(Run& run, std::string_view axisLabel) const {
@@ -133,7 +136,7 @@ void CurvePlots::PutExpectedScore(Run& run, std::string_view axisLabel) const {
 
 void CurvePlots::PutCumulative(Run& run, std::string_view axisLabel) const {
   PutPlot(run, cumulative_, "THURSTONE THRESHOLDS: MEDIANS - Cumulative probabilities",
-          Frame(axisLabel, kProbability));
+          Frame(axisLabel, ProbabilityCaption(cumulative_.grid.LastRow())));
 }
 
 }  // namespace vardento
