@@ -102,6 +102,7 @@ CategoryStructure CategoryStructures::Of(int group) const {
   structure.missingAverage =
       structure.difficulty + UserScale(run_.settings).Difference(arrays.GroupMissingMeasure[group]);
   MarkDisordered(structure, arrays, structure.rows);
+  NameRows(structure);
   return structure;
 }
 
@@ -118,7 +119,6 @@ void CategoryStructures::ReadRow(const CategoryStructure& structure, int k,
        {&row.average, &row.expected, &row.measurePoint, &row.halfPoint, &row.thurstone}) {
     *measure += structure.difficulty;
   }
-  NameRow(structure, row);
 }
 
 // The sums of what the model expects count, for steps taken in succession, whoever is expected to
@@ -156,37 +156,39 @@ void CategoryStructures::ReadScale(int position, CategoryRow& row) const {
   row.thurstone = scale.Distance(arrays.CategoryThurstone[position]);
 }
 
-// The place (from 1) of the first of CODES= that the item scores as `value`; 0 without one.
-int CategoryStructures::CodeScoredAs(int value, int item) const {
-  const std::uint8_t* const column = scores_.Column(item);
+// The place (from 1) of the first of CODES= that is scored as `value`; 0 without one.
+int CategoryStructures::CodeScoredAs(int value, const std::uint8_t* column) const {
   for (int c = 1; c <= run_.settings.CATEGS; ++c) {
     if (column[c] == value) return c;
   }
   return 0;
 }
 
-// The code that all the items score as `value`. With a key of its own each item has another right
-// answer: none then stands for the category.
-int CategoryStructures::CommonCode(int value, const std::vector<int>& items) const {
-  const std::uint8_t* last = scores_.Column(items.front());
-  const int code = CodeScoredAs(value, items.front());
-  for (const int item : items) {
-    if (scores_.Column(item) == last) continue;
-    last = scores_.Column(item);
-    if (CodeScoredAs(value, item) != code) return 0;
+// The code that all of the columns score as `value`. With a key of its own each item has another
+// right answer: none then stands for the category.
+int CategoryStructures::CommonCode(int value, const std::set<const std::uint8_t*>& columns) const {
+  int common = -1;
+  for (const std::uint8_t* const column : columns) {
+    const int code = CodeScoredAs(value, column);
+    if (common >= 0 && code != common) return 0;
+    common = code;
   }
-  return code;
+  return common;
 }
 
-void CategoryStructures::NameRow(const CategoryStructure& structure, CategoryRow& row) const {
+void CategoryStructures::NameRows(CategoryStructure& structure) const {
   const int item = structure.items.front();
-  const int code = CommonCode(row.value, structure.items);
-  if (code > 0) {
-    const auto wide = static_cast<std::size_t>(run_.settings.XWIDE);
-    row.code = run_.settings.CODES.substr(static_cast<std::size_t>(code - 1) * wide, wide);
+  const auto wide = static_cast<std::size_t>(run_.settings.XWIDE);
+  std::set<const std::uint8_t*> columns;  // items that score alike share one
+  for (const int i : structure.items) columns.insert(scores_.Column(i));
+  for (CategoryRow& row : structure.rows) {
+    const int code = CommonCode(row.value, columns);
+    if (code > 0) {
+      row.code = run_.settings.CODES.substr(static_cast<std::size_t>(code - 1) * wide, wide);
+    }
+    row.words = labels_.OfCategory(row.value, structure.group);
+    if (row.words.empty()) row.words = labels_.OfCode(code, item, structure.group);
   }
-  row.words = labels_.OfCategory(row.value, structure.group);
-  if (row.words.empty()) row.words = labels_.OfCode(code, item, structure.group);
 }
 
 }  // namespace vardento

@@ -3,7 +3,9 @@
 // leave; the category Tables lay it out.
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -86,9 +88,9 @@ class CategoryStructures {
   void ReadRow(const CategoryStructure& structure, int k, CategoryRow& row) const;
   void ReadUse(const CategoryStructure& structure, int k, CategoryRow& row) const;
   void ReadScale(int position, CategoryRow& row) const;
-  int CodeScoredAs(int value, int item) const;
-  int CommonCode(int value, const std::vector<int>& items) const;
-  void NameRow(const CategoryStructure& structure, CategoryRow& row) const;
+  int CodeScoredAs(int value, const std::uint8_t* column) const;
+  int CommonCode(int value, const std::set<const std::uint8_t*>& columns) const;
+  void NameRows(CategoryStructure& structure) const;
 
   Run& run_;
   CategoryLabels labels_;

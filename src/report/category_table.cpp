@@ -10,25 +10,24 @@
 #include "report/page.h"
 #include "report/report_columns.h"
 #include "text/number_text.h"
-#include "text/text_width.h"
 
 namespace vardento {
 namespace {
 
 constexpr int kHeadLines = 9;  // of a table beside its categories
-constexpr int kResidualWidth = 9;
 
 // Sections of the tables, in columns between bars, from column 3 on. The last one of each table is
 // ruled with hyphens where it stands for itself: the residuals, the category's measure.
-constexpr int kUse = 19, kAverages = 12, kMeanSquares = 12, kCoherence = 10, kStepText = 9;
-constexpr int kTwoCategories[] = {kUse, kAverages, kMeanSquares, kCoherence, kResidualWidth};
+constexpr int kUse = 19, kAverages = 12, kMeanSquares = 12, kCoherence = 10, kStepText = 9,
+              kResidual = 9;
+constexpr int kTwoCategories[] = {kUse, kAverages, kMeanSquares, kCoherence, kResidual};
 constexpr int kSteps[] = {kUse, kAverages, kMeanSquares, 0, kStepText, 8};
-constexpr int kMeasures[] = {24, 21, 9, kCoherence, kResidualWidth};
+constexpr int kMeasures[] = {24, 21, 9, kCoherence, kResidual};
 
 // The columns of the sections' bars.
 constexpr int kUseBar = 22, kAveragesBar = 35, kMeanSquaresBar = 48, kSingleCoherenceBar = 59,
               kSingleEnd = 69, kStepBar = 59, kStepsEnd = 68, kScaleBar = 27, kZoneBar = 49,
-              kThresholdBar = 59, kCoherenceBar = 70, kMeasuresEnd = 80;
+              kThresholdBar = 59;
 
 // A measure in fewer columns than measures have: decimals go before the number does.
 std::string MeasureField(const Run& run, double value, int width) {
@@ -49,18 +48,9 @@ std::string BracketedMeasure(const Run& run, double value) {
 
 // Why a category has no statistics.
 std::string_view WordOfStatus(int status) {
-  switch (status) {
-    case -4:
-      return "INESTIMABLE";
-    case -3:
-      return "DELETED";
-    case -2:
-      return "DROPPED";
-    case -1:
-      return "NULL";
-    default:
-      return "";
-  }
+  static constexpr std::string_view kWords[] = {"INESTIMABLE", "DELETED", "DROPPED", "NULL"};
+  const bool known = status >= -4 && status <= -1;
+  return known ? kWords[status + 4] : std::string_view();
 }
 
 // In the place of a step that can't be estimated, as nobody is in the category: everybody who came
@@ -113,8 +103,8 @@ class CategoryTable {
       PutText(std::string(TrimRight(run_.settings.ITEM_LABEL)) + " DIFFICULTY OF " +
               PlainNumber(structure_.difficulty, 7, 2) + " ADDED TO MEASURES");
     }
-    if (structure_.pivot)
-      PutText("RATING SCALE PIVOTED AT " + PlainNumber(*structure_.pivot, 7, 2));
+    if (!structure_.pivot) return;
+    PutText("RATING SCALE PIVOTED AT " + PlainNumber(*structure_.pivot, 7, 2));
   }
 
   // The sections of a table that ends with the residuals: without them when none is worth showing.
@@ -162,7 +152,7 @@ class CategoryTable {
     PutReportLine(run_, line);
   }
 
-  // Columns 2 to 47 of a row: value, score, count, averages, mean-squares, each with its bar.
+  // Columns 2 to 48: value, score, count, averages, mean-squares.
   void PutUse(ReportLine& line, const CategoryRow& row) const {
     PutBar(line, 2);
     line.Integer(row.value, 3).Integer(row.score, 4);
@@ -190,7 +180,7 @@ class CategoryTable {
     PutBar(line, kMeanSquaresBar);
   }
 
-  // Coherence from the bar on, the residual, and the bar at `end`, which moves up without it.
+  // Coherence and residual, each with its bar.
   void PutCoherence(ReportLine& line, const CategoryRow& row) const {
     line.Integer(row.MeasureToCategory(), 4).Text("%").Integer(row.CategoryToMeasure(), 4);
     line.Text("%").Repeat(Box::Vertical, 1);
