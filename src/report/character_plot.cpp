@@ -62,7 +62,8 @@ void PutAxisRule(ReportLine& line, const PlotAxis& axis, int first, Box left, Bo
 
 void PutCharacterPlot(Run& run, const PlotGrid& grid, const PlotFrame& frame) {
   const int height = std::max(grid.LastRow(), 1);
-  const CaptionField caption = CentreCaption(frame.caption, height);
+  // The caption runs from the rule above the rows to the one below them.
+  const CaptionField caption = CentreCaption(frame.caption, grid.LastRow() + 2);
   std::size_t next = 0;
   const auto beginLine = [&] {
     ReportLine line;
@@ -84,7 +85,7 @@ void PutCharacterPlot(Run& run, const PlotGrid& grid, const PlotFrame& frame) {
   line = beginLine();
   PutAxisRule(line, frame.axis, kFirstColumn, Box::BottomLeft, Box::BottomRight);
   PutReportLine(run, line);
-  line = beginLine();
+  line.Clear();
   PutAxisNumbers(line, frame.axis, frame.low, kFirstColumn);
   PutReportLine(run, line);
   line.Clear();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "measure/estimation.h"
 #include "platform/io_status.h"
 #include "report/later_tables.h"
 #include "report/table_list.h"
@@ -71,10 +72,37 @@ void TellMissing(ReportContext& context, std::span<const TableRow> rows, const S
   TellUser(context.run, " TABLE " + name + " IS NOT AVAILABLE IN THIS VERSION");
 }
 
+// The category points as a request wants them while its Table is printed, and as they were
+// afterwards.
+class RequestedPoints {
+ public:
+  RequestedPoints(Run& run, const TableNeeds& needs)
+      : run_(run),
+        changed_(!needs.barUnits && (run.request.Set(6) != ' ' || run.request.Set(7) != ' ')) {
+    if (changed_) ComputeCategoryPoints(run_, Asked(6, HIADJ()), Asked(7, LOWADJ()));
+  }
+  ~RequestedPoints() {
+    if (changed_) ComputeCategoryPoints(run_, HIADJ(), LOWADJ());
+  }
+  RequestedPoints(const RequestedPoints&) = delete;
+  RequestedPoints& operator=(const RequestedPoints&) = delete;
+
+ private:
+  float HIADJ() const { return run_.settings.HIADJ; }
+  float LOWADJ() const { return run_.settings.LOWADJ; }
+  float Asked(int slot, float otherwise) const {
+    return run_.request.Set(slot) != ' ' ? run_.request.Value(slot) : otherwise;
+  }
+
+  Run& run_;
+  bool changed_;
+};
+
 void PrintRows(ReportContext& context) {
   TableRequest& request = context.run.request;
   const std::span<const TableRow> rows = RowsOf(request.CurrentTable);
   if (rows.empty()) return;
+  const RequestedPoints points(context.run, rows.front().needs);
   if (rows.front().needs.freshLists) context.persons.order = context.items.order = ' ';
   const Subtable subtable = SubtableOf(request);
   TellMissing(context, rows, subtable);

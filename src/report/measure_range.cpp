@@ -73,18 +73,9 @@ void ApplyRequest(const TableRequest& request, Range& range) {
 
 float UnitOf(float span) { return span < 50 ? 1.0F : span < 500 ? 10.0F : 100.0F; }
 
-}  // namespace
-
-void MeasureRange(ReportContext& context, const Array1<double>& boundaries) {
-  const Run& run = context.run;
-  Range range = RangeOfData(run, context.needs, boundaries);
-  if (context.needs.centred) {
-    const float centre = run.settings.UMEAN;
-    const float side = std::max(range.high - centre, centre - range.low);
-    range.low = centre - side;
-    range.high = centre + side;
-  }
-  ApplyRequest(run.request, range);
+// Lays the ends that the request leaves outward to whole units.
+void SetRange(ReportContext& context, Range range) {
+  ApplyRequest(context.run.request, range);
   const float unit = UnitOf(range.high - range.low);
   float low = std::clamp(std::floor(range.low / unit), -kFarthest, kFarthest);
   float high = std::clamp(std::ceil(range.high / unit), -kFarthest, kFarthest);
@@ -96,6 +87,24 @@ void MeasureRange(ReportContext& context, const Array1<double>& boundaries) {
   context.rangeLow = low * unit;
   context.rangeHigh = high * unit;
   context.rangeSpan = static_cast<int>(high - low);
+}
+
+}  // namespace
+
+void MeasureRange(ReportContext& context, const Array1<double>& boundaries) {
+  const Run& run = context.run;
+  Range range = RangeOfData(run, context.needs, boundaries);
+  if (context.needs.centred) {
+    const float centre = run.settings.UMEAN;
+    const float side = std::max(range.high - centre, centre - range.low);
+    range.low = centre - side;
+    range.high = centre + side;
+  }
+  SetRange(context, range);
+}
+
+void SetMeasureRange(ReportContext& context, float low, float high) {
+  SetRange(context, {.any = true, .low = low, .high = high});
 }
 
 void ScalePlotAxis(const TableRequest& request, PlotAxis& axis, float unit, float low, float high) {

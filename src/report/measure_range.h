@@ -13,6 +13,9 @@ namespace vardento {
 // category of each group, the boundary below it in logits from the item's measure; Tables that
 // show categories widen the range by it (see TableNeeds).
 void MeasureRange(ReportContext& context, const Array1<double>& boundaries);
+// The same from ends that the caller has found, user units: what the request says of them, and
+// whole units, outward.
+void SetMeasureRange(ReportContext& context, float low, float high);
 
 // The horizontal measure axis of a character plot.
 struct PlotAxis {

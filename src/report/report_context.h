@@ -21,6 +21,9 @@ struct TableNeeds {
   bool centred = false;          // the range reaches as far below UMEAN= as above it
   bool freshLists = false;       // the lists are made anew, whatever came before
   bool residuals = false;        // nothing is printed with PRCOMP=N
+  // Slots 6 and 7 of a request are units of bars; else they replace HIADJ= and LOWADJ= in the
+  // category points for the Table.
+  bool barUnits = false;
 };
 
 struct ReportContext {

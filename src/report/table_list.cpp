@@ -4,6 +4,7 @@
 #include <string>
 
 #include "measure/variable_map.h"
+#include "report/category_pages.h"
 #include "report/measure_table.h"
 #include "report/summary_table.h"
 #include "report/variable_maps.h"
@@ -60,11 +61,12 @@ constexpr TableNeeds kPersons{.subject = Facet::Persons};
 constexpr TableNeeds kFreshItems{.freshLists = true};
 constexpr TableNeeds kItemCategories{.lowestBoundary = 0};
 constexpr TableNeeds kPersonsByCategories{.subject = Facet::Persons, .lowestBoundary = 0};
-constexpr TableNeeds kMap{.lowestBoundary = 1, .labelsOnOneLine = true};
-constexpr TableNeeds kMirroredMap{.lowestBoundary = 1, .labelsOnOneLine = true, .mirrored = true};
-constexpr TableNeeds kItemMap{.lowestBoundary = 1};
-constexpr TableNeeds kMirroredItemMap{.lowestBoundary = 1, .mirrored = true};
-constexpr TableNeeds kPersonMap{.subject = Facet::Persons, .lowestBoundary = 1};
+constexpr TableNeeds kMap{.lowestBoundary = 1, .labelsOnOneLine = true, .barUnits = true};
+constexpr TableNeeds kMirroredMap{
+    .lowestBoundary = 1, .labelsOnOneLine = true, .mirrored = true, .barUnits = true};
+constexpr TableNeeds kItemMap{.lowestBoundary = 1, .barUnits = true};
+constexpr TableNeeds kMirroredItemMap{.lowestBoundary = 1, .mirrored = true, .barUnits = true};
+constexpr TableNeeds kPersonMap{.subject = Facet::Persons, .lowestBoundary = 1, .barUnits = true};
 constexpr TableNeeds kCurves{.lowestBoundary = 0, .centred = true};
 constexpr TableNeeds kItemResiduals{.rangeOfPersons = false, .freshLists = true, .residuals = true};
 constexpr TableNeeds kPersonResiduals{
@@ -80,7 +82,7 @@ constexpr TableRow kTables[] = {
     {1, 12, Any, Always, PrintItemLabelMap, kMirroredMap},
     {2, 1, Any, Always, Later, kItemCategories},
     {3, 1, AtMost1, Always, PrintSummaryTable, kCurves},
-    {3, 2, Above1, Categories, Later, kCurves},
+    {3, 2, Above1, Categories, PrintCategoryStructures, kCurves},
     {4, 1, AtMost1, Always, Later, kPersons},
     {5, 1, AtMost1, Always, Later, kPersons},
     {5, 2, Is<2>, Always, Later, kPersons},
@@ -125,7 +127,7 @@ constexpr TableRow kTables[] = {
     {20, 1, AtMost2, Always, Later, kPersons},
     {20, 2, AtMost2, Always, Later, kPersons},
     {20, 3, AtLeast3IfAsked, Always, Later, kPersons},
-    {21, 1, Any, Always, Later, kCurves},
+    {21, 1, Any, Always, PrintCategoryCurves, kCurves},
     {22, 1, Any, Always, Later, kItems},
     {23, 1, IsZeroOr<1>, Always, Later, kItemResiduals},
     {23, 2, IsZeroOr<2>, Always, Later, kItemResiduals},

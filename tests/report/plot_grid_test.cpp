@@ -73,10 +73,10 @@ TEST(CharacterPlot, FramesTheCells) {
                    {.axis = axis, .low = -1, .axisLabel = "LABEL", .caption = "POX"});
   EXPECT_EQ(small.ReportLines(), (std::vector<std::string>{
                                      "       ++-----+-----++",
-                                     "P  1.0 +            *+",
-                                     "O      |             |",
-                                     "X   .5 +             +",
-                                     "       |             |",
+                                     "   1.0 +            *+",
+                                     "P      |             |",
+                                     "O   .5 +             +",
+                                     "X      |             |",
                                      "    .0 +0            +",
                                      "       ++-----+-----++",
                                      "       -1     0     1",

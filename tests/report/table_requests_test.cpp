@@ -62,6 +62,7 @@ std::vector<std::string> Headings(const std::vector<std::string>& lines) {
 TEST(RunRequestedTables, PrintsInAscendingOrderThenTheList) {
   SmallRun small(3, 3);
   auto& run = small.run;
+  run.DraftSettings().STEPT3 = false;
   run.inForce.TABLES = "0010010001001111111000001100000000000001";
   run.DraftSettings().TFILE = small.directory.Write(
       "tables.txt", "6.4\n  \n; a comment 6\n18 ; 6\n0\n41\n13.1 \"6\"\n32\n3.1 - - 4");
