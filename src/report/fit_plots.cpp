@@ -242,7 +242,8 @@ void PrintOutfitAgainstInfit(ReportContext& context) {
   DrawGuides(plot, fit);
   DrawDiagonal(plot);
   const std::string_view word = FitWord(run.settings);
-  PutPageHeading(run, 1);
+  // Two rules, the numbers and the title.
+  PutPartHeading(run, 1, plot.Rows().last + 1 + 4);
   plot.PutRule(Box::TopLeft, Box::TopRight);
   plot.PutRows(SubjectOf(context).append(" OUTFIT ").append(word));
   plot.PutRule(Box::BottomLeft, Box::BottomRight);

@@ -117,6 +117,12 @@ void PutPageHeading(Run& run, int blankLines) {
   run.request.HeadingPending = run.settings.HEADING;
 }
 
+void PutPartHeading(Run& run, int blankLines, int lines) {
+  const bool heads = run.request.HeadingPending;
+  PutPageHeading(run, blankLines);
+  if (!heads) CheckPageBreak(run, run.report.LinesOnPage + lines);
+}
+
 bool CheckPageBreak(Run& run, int linesAfterBlock) {
   if (run.settings.MAXPAGE <= 0 || linesAfterBlock <= run.settings.MAXPAGE) return false;
   ++run.report.PageNumber;

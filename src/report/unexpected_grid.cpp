@@ -39,9 +39,9 @@ class UnexpectedGrid {
   }
 
   void Print() {
-    PutPageHeading(run_, 1);
-    // Heads, a row and the lines below it.
-    CheckPageBreak(run_, run_.report.LinesOnPage + 5 + 2 * digits_);
+    // Title, heads, some rows and the lines below them.
+    const int rows = std::min(static_cast<int>(grid_.rows.size()), 10);
+    PutPartHeading(run_, 1, 4 + rows + 2 * digits_);
     std::size_t row = 0;
     int headLines = kHeadLines;
     while (true) {
