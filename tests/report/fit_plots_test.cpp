@@ -128,7 +128,7 @@ TEST(FitPlot, HoldsEntriesWithinTheFrame) {
   PrintInfitPlot(small.context);
   PrintOutfitAgainstInfit(small.context);
   const std::string report = small.Report();
-  EXPECT_NE(report.find("  -10 +"), std::string::npos);
+  EXPECT_NE(report.find(" -10 +"), std::string::npos);
   // Thirty at one corner: its four cells take letters, then the corner counts.
   EXPECT_NE(report.find("DC+  -5"), std::string::npos) << report;
   EXPECT_NE(report.find("B*+ -10"), std::string::npos) << report;
