@@ -118,9 +118,9 @@ void PutPageHeading(Run& run, int blankLines) {
 }
 
 void PutPartHeading(Run& run, int blankLines, int lines) {
-  const bool heads = run.request.HeadingPending;
-  PutPageHeading(run, blankLines);
-  if (!heads) CheckPageBreak(run, run.report.LinesOnPage + lines);
+  constexpr int kBlankLinesInstead = 2;
+  const int needed = run.report.LinesOnPage + kBlankLinesInstead + lines;
+  if (run.request.HeadingPending || !CheckPageBreak(run, needed)) PutPageHeading(run, blankLines);
 }
 
 bool CheckPageBreak(Run& run, int linesAfterBlock) {
