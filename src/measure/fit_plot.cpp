@@ -50,8 +50,7 @@ FitPoint FitPointOf(const Run& run, Facet facet, int entry) {
 
 FitAxis FindFitAxis(const Run& run, Facet facet) {
   const FitScale scale = FitScaleOf(run.settings);
-  const FacetSummary& summary =
-      facet == Facet::Persons ? run.results.summary.persons : run.results.summary.items;
+  const FacetSummary& summary = SummaryOf(run.results, facet);
   const bool squares = scale == FitScale::MeanSquares;
   const Statistic& infit = squares ? summary.infit : summary.infitZ;
   const Statistic& outfit = squares ? summary.outfit : summary.outfitZ;

@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <string>
 
+#include "measure/entry_values.h"
 #include "measure/fit_plot.h"
 #include "report/character_plot.h"
 #include "report/distribution_strip.h"
 #include "report/page.h"
+#include "report/report_columns.h"
 #include "text/number_text.h"
 #include "text/text_width.h"
 
@@ -132,8 +135,29 @@ std::string SubjectOf(const ReportContext& context) {
   return std::string(TrimRight(SingularLabel(context.run.settings, context.needs.subject)));
 }
 
-std::string_view FitWord(const ControlSettings& settings) {
-  return settings.MNSQ ? "MNSQ" : std::string_view(settings.fitName);
+std::string JoinWords(std::initializer_list<std::string_view> words) {
+  std::string text;
+  for (const std::string_view word : words) text.append(text.empty() ? "" : " ").append(word);
+  return text;
+}
+
+// The mean measure, drawn up where it lies on the plot.
+void MarkMean(FitPlotter& plot, float mean) {
+  const int column = plot.ColumnOf(mean);
+  for (int row = 0; row <= plot.Rows().last && plot.Grid().Holds(column, row); ++row) {
+    plot.Grid().FillBlank(column, row, '|');
+  }
+}
+
+// The guides of the fit, drawn across between the lowest row and the highest.
+void MarkGuides(FitPlotter& plot, const FitAxis& fit) {
+  for (const float guide : fit.guides) {
+    const int row = plot.Rows().Nearest(guide);
+    if (row <= 0 || row >= plot.Rows().last) continue;
+    for (int column = 0; column <= plot.Grid().LastColumn(); ++column) {
+      plot.Grid().FillBlank(column, row, '-');
+    }
+  }
 }
 
 // `statistic` is the value of a point that the plot shows, `word` its name in 6 columns.
@@ -150,29 +174,19 @@ void PrintFitOverMeasure(ReportContext& context, float FitPoint::*statistic,
   for (const FitPoint& point : CollectFitPoints(run, facet, EntriesOf(list))) {
     plot.PutEntry(point.entry, point.measure, point.*statistic);
   }
-  const Summary& summary = run.results.summary;
-  const FacetSummary& side = facet == Facet::Persons ? summary.persons : summary.items;
-  const int mean = plot.ColumnOf(side.measure.mean);
-  const FitRows& rows = plot.Rows();
-  for (int row = 0; row <= rows.last && plot.Grid().Holds(mean, row); ++row) {
-    plot.Grid().FillBlank(mean, row, '|');
-  }
-  for (const float guide : fit.guides) {
-    const int row = rows.Nearest(guide);
-    if (row <= 0 || row >= rows.last) continue;
-    for (int column = 0; column <= axis.columns; ++column) plot.Grid().FillBlank(column, row, '-');
-  }
+  MarkMean(plot, SummaryOf(run.results, facet).measure.mean);
+  MarkGuides(plot, fit);
 
+  const std::string subject = SubjectOf(context);
   ReportLine numbers;
   PutAxisNumbers(numbers, axis, context.rangeLow, kFirstColumn);
   PutPageHeading(run, 1);
   PutReportLine(run, numbers);
   plot.PutRule(Box::TopLeft, Box::TopRight);
-  plot.PutRows(
-      SubjectOf(context).append(" ").append(word).append(" ").append(FitWord(run.settings)));
+  plot.PutRows(JoinWords({subject, word, FitWord(run.settings)}));
   plot.PutRule(Box::BottomLeft, Box::BottomRight);
   PutReportLine(run, numbers);
-  plot.PutTitle(SubjectOf(context) + " MEASURE");
+  plot.PutTitle(JoinWords({subject, "MEASURE"}));
   PutDistributionStrip(run, OtherFacet(facet),
                        {.axis = axis, .low = context.rangeLow, .firstColumn = kFirstColumn});
 }
@@ -210,7 +224,9 @@ ReportLine InfitNumbers(const FitAxis& fit, const PlotAxis& axis) {
     PutAxisNumbers(line, axis, fit.low, kFirstColumn);
     return line;
   }
-  for (int tick = 0; tick <= axis.ticks; ++tick) {
+  // A number that would run into the one before it is left out.
+  const int step = (kNumberWidth + axis.tickWidth) / axis.tickWidth;
+  for (int tick = 0; tick <= axis.ticks; tick += step) {
     line.At(kFirstColumn - 2 + tick * axis.tickWidth);
     line.Fixed(std::exp(fit.low + static_cast<float>(tick) * axis.unit), kNumberWidth, 1);
   }
@@ -241,14 +257,15 @@ void PrintOutfitAgainstInfit(ReportContext& context) {
   }
   DrawGuides(plot, fit);
   DrawDiagonal(plot);
+  const std::string subject = SubjectOf(context);
   const std::string_view word = FitWord(run.settings);
   // Two rules, the numbers and the title.
   PutPartHeading(run, 1, plot.Rows().last + 1 + 4);
   plot.PutRule(Box::TopLeft, Box::TopRight);
-  plot.PutRows(SubjectOf(context).append(" OUTFIT ").append(word));
+  plot.PutRows(JoinWords({subject, "OUTFIT", word}));
   plot.PutRule(Box::BottomLeft, Box::BottomRight);
   PutReportLine(run, InfitNumbers(fit, axis));
-  plot.PutTitle(SubjectOf(context).append(" INFIT ").append(word));
+  plot.PutTitle(JoinWords({subject, "INFIT", word}));
 }
 
 }  // namespace vardento

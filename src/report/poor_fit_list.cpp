@@ -85,7 +85,7 @@ class PoorFitList {
     line.Text(" NUMBER ").Repeat(Box::Horizontal, 1).Text(" NAME ");
     line.Repeat(Box::Horizontal, 2).Text(" POSITION ").Repeat(Box::Horizontal, 6);
     line.Text(" MEASURE ").Repeat(Box::Horizontal, 1).Text(" INFIT (");
-    line.Text(run_.settings.MNSQ ? "MNSQ" : run_.settings.fitName).Text(") OUTFIT");
+    line.Text(FitWord(run_.settings)).Text(") OUTFIT");
     PutReportLine(run_, line);
     PutBlankLine(run_);
   }
