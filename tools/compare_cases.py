@@ -16,7 +16,8 @@ from pathlib import Path
 import compare_data
 
 TEXT_OR_LIST = ("GROUPS", "MODELS", "RESCORE", "IREFER")  # a file is told by a "*" before its name
-TABLES = "1 3.1 3.2 6.1 10.1 12 13.1 14.1 15.1 16 17.1 18.1 19.1 21.1 25.1 26.1"
+TABLES = ("1 3.1 3.2 4.1 5 6.1 6.4 6.5 7.1 8.1 9 10.1 10.4 10.5 11.1 12 13.1 14.1 15.1 16 17.1 18.1 "
+          "19.1 21.1 25.1 26.1")
 ASKED = ["TFILE=tables.txt", "PFILE=p.txt", "IFILE=i.txt", "SFILE=s.txt", "ISFILE=is.txt"]
 COMMAND = ["control.txt", "report.txt", "BATCH=Y"]
 WORD = re.compile(r'(?:[^\s<"]|<[^>]*>|"[^"]*")+')
@@ -453,6 +454,12 @@ OSORT=S
 OSORT=V
 OSORT=Q
 MNSQ=N
+MNSQ=N LOCAL=L FRANGE=1
+MNSQ=N FITP=1 FITI=1 LINELEN=132
+FRANGE=1.5 MAXPAGE=50
+FRANGE=-20 MRANGE=2 MAXPAGE=20
+FITP=-9 FITI=-9 LINELEN=1 MAXPAGE=20
+TFILE=<4.1 -3 3 8|5.2 - - 3|8.1 -99 99|9.1 - - .01|9.2 - - 900>
 CFILE=<0 never|1 sometimes|2+3 often>
 CFILE=<1 low|A+2 high> CLFILE=<0+1 right|*+1 none>
 CLFILE=<0 no|1 yes|3+1 maybe>

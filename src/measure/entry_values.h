@@ -22,6 +22,11 @@ struct FacetArrays {
 
 FacetArrays ArraysOf(const Run& run, Facet facet);
 
+// The summary of one side of the data.
+inline const FacetSummary& SummaryOf(const Results& results, Facet facet) {
+  return facet == Facet::Persons ? results.summary.persons : results.summary.items;
+}
+
 // The measure of an entry in the user's units; 0 for one that has none.
 float MeasureOf(const Run& run, Facet facet, int entry);
 

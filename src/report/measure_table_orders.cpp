@@ -5,10 +5,7 @@
 namespace vardento {
 
 void PrintInFitOrder(ReportContext& context) {
-  SelectedList& list = context.SubjectList();
-  if (list.order != 'F') {
-    SortByFit(context.run, ArraysOf(context.run, context.needs.subject), list);
-  }
+  ListInFitOrder(context);
   MeasureTable(context, context.needs.subject, !context.run.settings.OUTFIT ? "INFIT" : "MISFIT")
       .Print();
 }

@@ -117,6 +117,12 @@ void PutPageHeading(Run& run, int blankLines) {
   run.request.HeadingPending = run.settings.HEADING;
 }
 
+void PutPartHeading(Run& run, int blankLines, int lines) {
+  constexpr int kBlankLinesInstead = 2;
+  const int needed = run.report.LinesOnPage + kBlankLinesInstead + lines;
+  if (run.request.HeadingPending || !CheckPageBreak(run, needed)) PutPageHeading(run, blankLines);
+}
+
 bool CheckPageBreak(Run& run, int linesAfterBlock) {
   if (run.settings.MAXPAGE <= 0 || linesAfterBlock <= run.settings.MAXPAGE) return false;
   ++run.report.PageNumber;

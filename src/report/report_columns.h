@@ -18,6 +18,11 @@ void PutFit(ReportLine& line, double meanSquare, double standardised);
 // INFIT and OUTFIT of a summary box, 28 columns from column 51 on.
 void PutSummaryFit(ReportLine& line, const FacetSummary& summary, float Statistic::*value);
 
+// What the fit of Tables is named by: "MNSQ", or the standardised values' own name in 4 columns.
+inline std::string_view FitWord(const ControlSettings& settings) {
+  return settings.MNSQ ? "MNSQ" : std::string_view(settings.fitName);
+}
+
 // Vertical rule at a column.
 void PutBar(ReportLine& line, int column);
 // A rule from column 2 on: a corner or tee, `count` horizontals, a corner or tee.

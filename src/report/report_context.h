@@ -38,4 +38,7 @@ struct ReportContext {
   SelectedList& SubjectList() { return needs.subject == Facet::Persons ? persons : items; }
 };
 
+// The list of the Table's subject in fit order: as it is when it holds that order, else made anew.
+SelectedList& ListInFitOrder(ReportContext& context);
+
 }  // namespace vardento

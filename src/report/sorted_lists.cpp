@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <numeric>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "report/map_labels.h"
 #include "report/report_columns.h"
+#include "report/report_context.h"
 #include "run/messages.h"
 #include "text/number_text.h"
 #include "text/text_width.h"
@@ -149,6 +151,20 @@ void SortByFit(Run& run, const FacetArrays& arrays, SelectedList& list) {
   };
   SortByKey(list.entries, key, true);
   list.order = 'F';
+}
+
+SelectedList& ListInFitOrder(ReportContext& context) {
+  SelectedList& list = context.SubjectList();
+  if (list.order != 'F') {
+    SortByFit(context.run, ArraysOf(context.run, context.needs.subject), list);
+  }
+  return list;
+}
+
+std::vector<int> EntriesOf(const SelectedList& list) {
+  std::vector<int> entries = list.entries;
+  for (int& entry : entries) entry = std::abs(entry);
+  return entries;
 }
 
 void SortByValue(Run& run, Facet facet, char letter, SelectedList& list) {

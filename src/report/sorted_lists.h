@@ -17,6 +17,9 @@ struct SelectedList {
   char order = ' ';
 };
 
+// The list's entries without the marks of what a Table left out.
+std::vector<int> EntriesOf(const SelectedList& list);
+
 // Every entry, 1 to `count`; tag "E".
 void ListInEntryOrder(SelectedList& list, int count);
 

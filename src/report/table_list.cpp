@@ -5,7 +5,9 @@
 
 #include "measure/variable_map.h"
 #include "report/category_pages.h"
+#include "report/fit_plots.h"
 #include "report/measure_table.h"
+#include "report/misfit_listings.h"
 #include "report/summary_table.h"
 #include "report/variable_maps.h"
 
@@ -83,24 +85,24 @@ constexpr TableRow kTables[] = {
     {2, 1, Any, Always, Later, kItemCategories},
     {3, 1, AtMost1, Always, PrintSummaryTable, kCurves},
     {3, 2, Above1, Categories, PrintCategoryStructures, kCurves},
-    {4, 1, AtMost1, Always, Later, kPersons},
-    {5, 1, AtMost1, Always, Later, kPersons},
-    {5, 2, Is<2>, Always, Later, kPersons},
+    {4, 1, AtMost1, Always, PrintInfitPlot, kPersons},
+    {5, 1, AtMost1, Always, PrintOutfitPlot, kPersons},
+    {5, 2, Is<2>, Always, PrintOutfitAgainstInfit, kPersons},
     {6, 1, AtMost1, Always, PrintInFitOrder, kPersons},
     {6, 2, IsZeroOr<2>, Chart, Later, kPersons},
-    {6, 4, IsZeroOr<4>, Always, Later, kPersons},
-    {6, 5, IsZeroOr<5>, Always, Later, kPersons},
-    {7, 1, AtMost1, Always, Later, kPersonsByCategories},
+    {6, 4, IsZeroOr<4>, Always, PrintMisfittingStrings, kPersons},
+    {6, 5, IsZeroOr<5>, Always, PrintUnexpectedResponses, kPersons},
+    {7, 1, AtMost1, Always, PrintPoorFitList, kPersonsByCategories},
     {7, 2, Not1, Always, Later, kPersonsByCategories},
-    {8, 1, AtMost1, Always, Later, kItems},
-    {9, 1, AtMost1, Always, Later, kItems},
-    {9, 2, Not1, Always, Later, kItems},
+    {8, 1, AtMost1, Always, PrintInfitPlot, kItems},
+    {9, 1, AtMost1, Always, PrintOutfitPlot, kItems},
+    {9, 2, Not1, Always, PrintOutfitAgainstInfit, kItems},
     {10, 1, AtMost1, Always, PrintInFitOrder, kItems},
     {10, 2, IsZeroOr<2>, Chart, Later, kItems},
     {10, 3, IsZeroOr<3>, Frequencies, Later, kItems},
-    {10, 4, IsZeroOr<4>, Always, Later, kItems},
-    {10, 5, IsZeroOr<5>, Always, Later, kItems},
-    {11, 1, Any, Always, Later, kItems},
+    {10, 4, IsZeroOr<4>, Always, PrintMisfittingStrings, kItems},
+    {10, 5, IsZeroOr<5>, Always, PrintUnexpectedResponses, kItems},
+    {11, 1, Any, Always, PrintPoorFitList, kItems},
     {12, 2, Is<2>, Always, PrintItemLabelMap, kItemMap},
     {12, 5, Is<5>, SeveralSteps, PrintScoreZoneMap, kItemMap},
     {12, 6, Is<6>, SeveralSteps, PrintThurstoneMap, kItemMap},

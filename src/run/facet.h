@@ -9,6 +9,10 @@ namespace vardento {
 
 enum class Facet { Persons, Items };
 
+inline Facet OtherFacet(Facet facet) {
+  return facet == Facet::Persons ? Facet::Items : Facet::Persons;
+}
+
 // "PERSON" or "ITEM", and the words for several of them.
 inline const std::string& SingularLabel(const ControlSettings& settings, Facet facet) {
   return facet == Facet::Persons ? settings.PERSON_LABEL : settings.ITEM_LABEL;

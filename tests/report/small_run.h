@@ -32,7 +32,10 @@ class SmallRun : public TestRun {
     MakePersons(persons);
     OpenWorkFiles(run);
     static_cast<void>(run.stores.itemLabels.Create(run.workDirectory.NameOf("ZJJ"), 6));
-    for (int n = 1; n <= persons; ++n) SetPerson(n, "Pers" + std::to_string(n), {});
+    for (int n = 1; n <= persons; ++n) {
+      SetPerson(n, "Pers" + std::to_string(n), {});
+      SetResponses(n, "");
+    }
     for (int i = 1; i <= items; ++i) SetItemLabel(i, "Item" + std::to_string(i));
     OpenReport();
   }
@@ -40,6 +43,15 @@ class SmallRun : public TestRun {
   void SetPerson(int n, const std::string& label, const PersonWorkRecord& record) {
     WritePersonName(run, n, label);
     WritePersonWork(run, n, record);
+  }
+  // A digit for each item, any other character and what is not given: missing.
+  void SetResponses(int n, std::string digits) {
+    digits.resize(static_cast<std::size_t>(run.settings.NI), ' ');
+    std::vector<std::uint8_t> row;
+    for (const char c : digits) {
+      row.push_back(c >= '0' && c <= '9' ? static_cast<std::uint8_t>(c - '0') : 255);
+    }
+    WriteScoredRow(run, n, row.data());
   }
   void SetItemLabel(int i, const std::string& label) {
     static_cast<void>(run.stores.itemLabels.Write(i, (label + "      ").substr(0, 6).data()));
@@ -79,6 +91,7 @@ class SmallRun : public TestRun {
           &a.ItemInfit, &a.ItemOutfit, &a.ItemInfitZ, &a.ItemOutfitZ, &a.ItemCorrelation}) {
       *array = Floats(items);
     }
+    a.ScoredRow = Cut(bytes_, items, std::uint8_t{255});
     a.ItemError = Doubles(items);
     a.ItemDisplacement = Doubles(items);
     a.ItemStatus = Cut(statuses_, items, Status::Active);
@@ -86,15 +99,26 @@ class SmallRun : public TestRun {
     a.GroupStart = Cut(integers_, groups, std::int32_t{1});
     a.GroupTop = Cut(integers_, groups, std::int32_t{1});
     a.GroupModel = Cut(models_, groups, Model::Rating);
-    const int positions = 4 * groups;
+    // A group has the positions of ten categories, of which two are in use.
+    const int positions = 10 * groups;
+    run.NCATS = positions;
+    run.MAXCAT = 1;
+    a.StepCalibration = Floats(positions);
+    a.StepStatus = Cut(integers_, positions, std::int32_t{1});
+    a.CodeToCategory = Cut(integers_, positions, std::int32_t{-3});
+    for (int g = 1; g <= groups; ++g) {
+      a.GroupStart[g] = 10 * (g - 1) + 1;
+      for (int k = 0; k <= 1; ++k) a.CodeToCategory[a.GroupStart[g] + k] = k;
+    }
     a.CategoryToCode = Cut(integers_, positions, std::int32_t{0});
     a.CategoryHalfPoint = Doubles(positions);
     a.CategoryThurstone = Doubles(positions);
   }
   void MakePersons(int persons) {
     RunArrays& a = run.arrays;
-    for (Array1<float>* array : {&a.PersonMeasure, &a.PersonTotalScore, &a.PersonTotalCount,
-                                 &a.PersonInfitZ, &a.PersonOutfitZ}) {
+    for (Array1<float>* array :
+         {&a.PersonMeasure, &a.PersonTotalScore, &a.PersonTotalCount, &a.PersonInfit,
+          &a.PersonOutfit, &a.PersonInfitZ, &a.PersonOutfitZ}) {
       *array = Floats(persons);
     }
     a.PersonStatus = Cut(statuses_, persons, Status::Active);
@@ -103,6 +127,7 @@ class SmallRun : public TestRun {
   std::deque<std::vector<float>> floats_;
   std::deque<std::vector<double>> doubles_;
   std::deque<std::vector<std::int32_t>> integers_;
+  std::deque<std::vector<std::uint8_t>> bytes_;
   std::deque<std::vector<StatusByte>> statuses_;
   std::deque<std::vector<Model>> models_;
 };
