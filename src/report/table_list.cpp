@@ -4,6 +4,8 @@
 #include <string>
 
 #include "report/measure_table.h"
+#include "report/sample_norms.h"
+#include "report/score_table.h"
 #include "report/summary_table.h"
 
 namespace vardento {
@@ -114,9 +116,8 @@ constexpr TableRow kTables[] = {
     {19, 1, AtMost1, Always, PrintInAlphabeticalOrder, kPersonsByCategories},
     {19, 2, IsZeroOr<2>, Chart, Later, kPersonsByCategories},
     {19, 3, Above2, Always, Later, kPersonsByCategories},
-    {20, 1, AtMost2, Always, Later, kPersons},
-    {20, 2, AtMost2, Always, Later, kPersons},
-    {20, 3, AtLeast3IfAsked, Always, Later, kPersons},
+    {20, 1, AtMost2, Always, PrintScoreTable, kPersons},  // 20.2, the ogive, may share its page
+    {20, 3, AtLeast3IfAsked, Always, PrintSampleNorms, kPersons},
     {21, 1, Any, Always, Later, kCurves},
     {22, 1, Any, Always, Later, kItems},
     {23, 1, IsZeroOr<1>, Always, Later, kItemResiduals},
