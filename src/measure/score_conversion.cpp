@@ -22,13 +22,12 @@ constexpr double kLowestPercentile = 1, kHighestPercentile = 99;
 long long Rounded(double sum) { return std::llround(std::clamp(sum, -kFarthest, kFarthest)); }
 
 // The measures of the two ends, from where they are to be expected.
-void SolveEnds(const Run& run, ScoreConversion& conversion) {
+void SolveEnds(const Run& run, PersonScoreSolver& solver, ScoreConversion& conversion) {
   const Statistic& items = run.results.summary.items.measure;
   const double top = conversion.Top(), maximum = conversion.test.reachable;
   ScoreMeasure& lowest = conversion.scores.front();
-  lowest = MeasureForPersonScore(run, items.mean - 3 * items.sd, 0, maximum);
-  conversion.scores.back() =
-      MeasureForPersonScore(run, 2 * items.mean - lowest.measure, top, maximum);
+  lowest = solver.Solve(items.mean - 3 * items.sd, 0, maximum);
+  conversion.scores.back() = solver.Solve(2 * items.mean - lowest.measure, top, maximum);
 }
 
 }  // namespace
@@ -62,7 +61,8 @@ int ScoresInThird(int top) { return top / 3 + 1; }
 ScoreConversion ConvertScores(Run& run, const CompleteTest& test, SolvingOrder order) {
   ScoreConversion conversion{
       .test = test, .scores = std::vector<ScoreMeasure>(static_cast<std::size_t>(test.top) + 1)};
-  SolveEnds(run, conversion);
+  PersonScoreSolver solver(run);
+  SolveEnds(run, solver, conversion);
   const int top = conversion.Top();
   const int third = ScoresInThird(top);
   const float middle = run.results.summary.items.measure.mean;
@@ -71,7 +71,7 @@ ScoreConversion ConvertScores(Run& run, const CompleteTest& test, SolvingOrder o
     const ScoreMeasure& below = conversion.scores[place - 1];
     float start = below.measure + below.error;
     if (order == SolvingOrder::InThirds) start = score % third == 0 ? middle : below.measure;
-    conversion.scores[place] = MeasureForPersonScore(run, start, score, test.reachable);
+    conversion.scores[place] = solver.Solve(start, score, test.reachable);
     ShowProgress(run, score, top);
   }
   return conversion;
