@@ -86,17 +86,17 @@ std::optional<int> NearestScore(const std::vector<ScoreMeasure>& scores, double 
   int a = 0, b = static_cast<int>(scores.size()) - 1;
   if (m <= at(a)) return a;
   if (m >= at(b)) return b;
-  if (!(at(a) < m && m < at(b))) return std::nullopt;
   // Measures lie nearly evenly in the middle: a straight line between two of them, one on either
   // side of m, leads close to it. It stays on either side even where scores lie so close that their
   // measures are not quite in order.
-  while (a + 1 < b) {
-    const int next =
-        a + 1 + static_cast<int>(std::lround((b - a - 2) * (m - at(a)) / (at(b) - at(a))));
+  while (at(a) < m && m < at(b)) {
+    if (a + 1 == b) return 2 * m <= at(a) + at(b) ? a : b;
+    const double share = (m - at(a)) / (at(b) - at(a));
+    const int next = a + 1 + static_cast<int>(std::lround((b - a - 2) * share));
     if (at(next) == m) return next;
     (at(next) < m ? a : b) = next;
   }
-  return 2 * m <= at(a) + at(b) ? a : b;
+  return std::nullopt;
 }
 
 SampleNorms::Outcome SampleNorms::Make(Run& run, const ScoreConversion& conversion) {
@@ -132,8 +132,8 @@ ScoreNorm SampleNorms::At(int score) const {
   ScoreNorm norm;
   norm.cumulative = cumulative_[score + 1];
   norm.frequency = norm.cumulative - below;
-  norm.percent = norm.frequency * 100 / persons;
-  norm.cumulativePercent = norm.cumulative * 100 / persons;
+  norm.percent = norm.frequency * 100.0 / persons;
+  norm.cumulativePercent = norm.cumulative * 100.0 / persons;
   norm.percentile = std::clamp((norm.frequency * 0.5 + below) * 100 / persons, kLowestPercentile,
                                kHighestPercentile);
   if (norm.frequency == 0 && below == 0) norm.percentile = 0;

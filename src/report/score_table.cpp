@@ -133,7 +133,7 @@ class OgiveScale {
   int ColumnOf(float measure) const {
     const float place = (measure - low_) * axis_.columnsPerMeasure;
     const float last = static_cast<float>(axis_.columns);
-    return static_cast<int>(std::lround(std::clamp(place, 0.0F, last)));
+    return place > 0 ? static_cast<int>(std::lround(std::min(place, last))) : 0;
   }
 
  private:
