@@ -20,8 +20,9 @@ constexpr int kLinesBelow = 2;  // a row and the closing rule
 constexpr std::string_view kHead = " SCORE  MEASURE    S.E.";
 
 constexpr int kPlotColumns = 60;
-constexpr int kPlotRows = 62, kFewestPlotRows = 10;
-constexpr int kLinesAroundPlot = 7;     // of the ogive beside its rows
+constexpr int kPlotRows = 62;
+constexpr int kFewestPlotRows = 10, kLinesBesidePlot = 10;  // on a sheet
+constexpr int kLinesAroundPlot = 7;                         // of the ogive beside its rows
 constexpr float kFarthestUnits = 1e6F;  // whole units beyond this have no meaning on a scale
 
 constexpr std::size_t kBytesPerScore = 12, kBytesOfTable = 32;
@@ -145,7 +146,7 @@ class OgiveScale {
 int OgiveRows(const Run& run, int top) {
   int most = std::min(top, kPlotRows);
   const int page = run.settings.MAXPAGE;
-  if (page > 0) most = std::min(most, std::max(kFewestPlotRows, page - kFewestPlotRows));
+  if (page > 0) most = std::min(most, std::max(kFewestPlotRows, page - kLinesBesidePlot));
   int step = 1;
   while (top / step > most) ++step;
   return top / step;
