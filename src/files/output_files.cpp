@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "files/measure_files.h"
+#include "files/score_file.h"
 #include "files/step_files.h"
 #include "run/messages.h"
 
@@ -18,7 +19,7 @@ constexpr OutputFileRow kOutputFiles[] = {
     {'I', "Item Measure File: IFILE=", &Settings::IFILE, WriteItemMeasureFile},
     {'S', "Step Measure File: SFILE=", &Settings::SFILE, WriteStepFile},
     {'J', "Item-Step Measure File: ISFILE=", &Settings::ISFILE, WriteItemStepFile},
-    {'C', "Person Score File: SCFILE=", &Settings::SCFILE, Later},
+    {'C', "Person Score File: SCFILE=", &Settings::SCFILE, WriteScoreFile},
     {'G', "Probability Curve Graph File: GRFILE=", &Settings::GRFILE, Later},
     {'D', "Distractor Count File: DISFILE=", &Settings::DISFILE, Later},
     {'1', "Item Correlation File: ICORFILE=", &Settings::ICORFILE, Later},

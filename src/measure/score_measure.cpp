@@ -16,19 +16,6 @@ namespace {
 constexpr int kLoopLimit = 1000;             // a score out of reach ends the search
 constexpr double kFlat = 1e-9;               // of the maximum: closer scores differ by rounding
 
-// One entry of the other side.
-struct OtherEntry {
-  double measure = 0;  // logits
-  double weight = 1;
-  int group = 0;
-};
-
-// A group's scale, and the category that an observation is taken to be in for a sequential one.
-struct ScoredScale {
-  GroupModelTables tables;
-  int x = 0;
-};
-
 struct Point {
   double measure = 0;  // logits
   double score = -1;   // below 0: not known yet
@@ -95,72 +82,110 @@ class ScoreBracket {
   Point low_, high_;         // toward the lower and the higher score
 };
 
-class ScoreSolver {
+// The category that observations of each group are taken to be in where steps are judged one by
+// one. Which steps are in play depends on what was observed, and nothing was: it is the category
+// that the score would give on the average.
+int CategoryOfScore(int top, double target, double maximum) {
+  return std::clamp(static_cast<int>(std::lround(top * target / maximum)), 0, std::max(top, 0));
+}
+
+// Steps below the one that was passed were not in play, yet count in the score.
+int UnplayedSteps(const GroupModelTables& tables, int x) {
+  const bool mirrored = tables.IsSequential() && tables.model == Model::Failures;
+  return mirrored ? std::max(x - 1, 0) : 0;
+}
+
+// The score of a person that is expected on the active items.
+class CurveOverItems {
  public:
-  ScoreSolver(const Run& run, const SolverForm& form, double score, double maximum)
-      : form_(form),
-        maximum_(maximum),
-        target_(HoldInside(score, maximum, run.settings.EXTRSC)),
-        scales_(static_cast<std::size_t>(run.NGROUPS) + 1),
-        p_(static_cast<std::size_t>(run.MAXCAT) + 2, 0.0) {
-    for (int g = 1; g <= run.NGROUPS; ++g) {
-      ScoredScale& scale = scales_[static_cast<std::size_t>(g)];
-      scale.tables = TablesOfGroup(run.arrays, g);
-      // Which steps are in play depends on what was observed, and nothing was: the category is
-      // taken that the score would give on the average.
-      const double share = scale.tables.top * target_ / maximum;
-      scale.x = std::clamp(static_cast<int>(std::lround(share)), 0, std::max(scale.tables.top, 0));
-    }
+  explicit CurveOverItems(const Run& run)
+      : walk_(MakeItemWalk(run)),
+        powers_(walk_.largestTop),
+        p_(static_cast<std::size_t>(run.MAXCAT) + 2, 0.0) {}
+
+  void SetScore(double target, double maximum) {
+    target_ = target;
+    maximum_ = maximum;
   }
-
-  void Reserve(int count) { others_.reserve(static_cast<std::size_t>(count)); }
-  void AddOther(double measure, double weight, int group) {
-    if (weight > 0) others_.push_back({measure, weight, group});
-  }
-
-  // From a measure in logits to one in logits.
-  double Solve(double measure) {
-    ScoreBracket bracket(form_, target_, maximum_);
-    for (int loop = 0; loop < kLoopLimit; ++loop) {
-      const double here = measure;
-      const double expected = std::min(Expect(here), maximum_);
-      bracket.Add({here, expected});
-      measure = bracket.Next();
-      if (!bracket.IsComplete()) continue;
-      if (measure == here) break;
-      const bool scoreHolds = std::fabs(expected - target_) <= form_.limit;
-      if (scoreHolds && (std::fabs(measure - here) <= form_.limit || bracket.IsBeyondEnd())) break;
-    }
-    return measure;
-  }
-
-  double Information() const { return information_; }
-
- private:
-  // The expected score at the measure (logits); leaves the information there.
-  double Expect(double measure) {
+  // At the measure (logits); leaves the information there.
+  double At(double measure) {
     double expected = 0;
     information_ = 0;
-    for (const OtherEntry& other : others_) {
-      const ScoredScale& scale = scales_[static_cast<std::size_t>(other.group)];
-      const double d = (measure - other.measure) * form_.upward;
-      const Evaluation here = Evaluate(d, scale.tables, scale.x, p_.data());
-      // Steps below the one that was passed were not in play, yet count in the score.
-      const bool mirrored = scale.tables.IsSequential() && scale.tables.model == Model::Failures;
-      const int unplayed = mirrored ? std::max(scale.x - 1, 0) : 0;
-      expected += (here.expected + unplayed) * other.weight;
-      information_ += here.variance * other.weight;
+    powers_.Set(measure);
+    for (const ItemInHand& hand : walk_.active) {
+      if (!(hand.weight > 0)) continue;
+      const bool sequential = hand.tables.IsSequential();
+      const int x = sequential ? CategoryOfScore(hand.tables.top, target_, maximum_) : 0;
+      const Evaluation here = powers_.Evaluate(hand, x, p_.data());
+      expected += (here.expected + UnplayedSteps(hand.tables, x)) * hand.weight;
+      information_ += here.variance * hand.weight;
     }
     return expected;
   }
+  double Information() const { return information_; }
 
-  SolverForm form_;
-  double maximum_, target_;
-  std::vector<ScoredScale> scales_;  // by group
-  std::vector<OtherEntry> others_;   // active, with a weight
-  std::vector<double> p_;            // categories 0..MAXCAT
-  double information_ = 0;           // at the last measure tried
+ private:
+  ItemWalk walk_;
+  PersonPowers powers_;
+  std::vector<double> p_;  // categories 0..MAXCAT
+  double target_ = 0, maximum_ = 1;
+  double information_ = 0;
 };
+
+// The score of an item of one group that is expected of the active persons.
+class CurveOverPersons {
+ public:
+  CurveOverPersons(const Run& run, int group, double target, double maximum)
+      : tables_(TablesOfGroup(run.arrays, group)),
+        x_(CategoryOfScore(tables_.top, target, maximum)),
+        p_(static_cast<std::size_t>(run.MAXCAT) + 2, 0.0) {
+    persons_.reserve(static_cast<std::size_t>(run.NPERS));
+    for (int n = 1; n <= run.NPERS; ++n) {
+      const double weight = PersonWeightOf(run, n);
+      if (!IsActive(run.arrays.PersonStatus[n]) || !(weight > 0)) continue;
+      persons_.push_back({run.arrays.PersonMeasure[n], weight});
+    }
+  }
+  double At(double measure) {
+    double expected = 0;
+    information_ = 0;
+    for (const auto& [person, weight] : persons_) {
+      const Evaluation here = Evaluate(person - measure, tables_, x_, p_.data());
+      expected += (here.expected + UnplayedSteps(tables_, x_)) * weight;
+      information_ += here.variance * weight;
+    }
+    return expected;
+  }
+  double Information() const { return information_; }
+
+ private:
+  struct Person {
+    double measure, weight;  // logits
+  };
+  GroupModelTables tables_;
+  int x_;
+  std::vector<double> p_;  // categories 0..MAXCAT
+  std::vector<Person> persons_;
+  double information_ = 0;
+};
+
+// From a measure in logits to one in logits, with the information there left in the curve.
+template <class Curve>
+double SolveScore(Curve& curve, const SolverForm& form, double measure, double target,
+                  double maximum) {
+  ScoreBracket bracket(form, target, maximum);
+  for (int loop = 0; loop < kLoopLimit; ++loop) {
+    const double here = measure;
+    const double expected = std::min(curve.At(here), maximum);
+    bracket.Add({here, expected});
+    measure = bracket.Next();
+    if (!bracket.IsComplete()) continue;
+    if (measure == here) break;
+    const bool scoreHolds = std::fabs(expected - target) <= form.limit;
+    if (scoreHolds && (std::fabs(measure - here) <= form.limit || bracket.IsBeyondEnd())) break;
+  }
+  return measure;
+}
 
 // In user units. PAIRED=Y: every comparison stands in the data twice, so half of the information is
 // there.
@@ -173,30 +198,33 @@ ScoreMeasure Report(const Run& run, const UserScale& scale, double measure, doub
 
 }  // namespace
 
+class PersonScoreSolver::Curve : public CurveOverItems {
+  using CurveOverItems::CurveOverItems;
+};
+
+PersonScoreSolver::PersonScoreSolver(const Run& run)
+    : run_(run), curve_(std::make_unique<Curve>(run)) {}
+PersonScoreSolver::~PersonScoreSolver() = default;
+
+ScoreMeasure PersonScoreSolver::Solve(float start, double score, double maximum) {
+  const UserScale own(run_, Facet::Persons);
+  const double target = HoldInside(score, maximum, run_.settings.EXTRSC);
+  curve_->SetScore(target, maximum);
+  const double measure = SolveScore(*curve_, kPersonForm, own.ToLogits(start), target, maximum);
+  return Report(run_, own, measure, curve_->Information());
+}
+
 ScoreMeasure MeasureForPersonScore(const Run& run, float start, double score, double maximum) {
-  const UserScale own(run, Facet::Persons);
-  ScoreSolver solver(run, kPersonForm, score, maximum);
-  const RunArrays& arrays = run.arrays;
-  solver.Reserve(run.settings.NI);
-  for (int i = run.settings.NI; i >= 1; --i) {
-    if (!IsActive(arrays.ItemStatus[i])) continue;
-    solver.AddOther(arrays.ItemMeasure[i], ItemWeightOf(run, i), arrays.ItemGroup[i]);
-  }
-  const double measure = solver.Solve(own.ToLogits(start));
-  return Report(run, own, measure, solver.Information());
+  return PersonScoreSolver(run).Solve(start, score, maximum);
 }
 
 ScoreMeasure MeasureForItemScore(const Run& run, int group, float start, double score,
                                  double maximum) {
   const UserScale own(run, Facet::Items);
-  ScoreSolver solver(run, kItemForm, score, maximum);
-  solver.Reserve(run.NPERS);
-  for (int n = 1; n <= run.NPERS; ++n) {
-    if (!IsActive(run.arrays.PersonStatus[n])) continue;
-    solver.AddOther(run.arrays.PersonMeasure[n], PersonWeightOf(run, n), group);
-  }
-  const double measure = solver.Solve(own.ToLogits(start));
-  return Report(run, own, measure, solver.Information());
+  const double target = HoldInside(score, maximum, run.settings.EXTRSC);
+  CurveOverPersons curve(run, group, target, maximum);
+  const double measure = SolveScore(curve, kItemForm, own.ToLogits(start), target, maximum);
+  return Report(run, own, measure, curve.Information());
 }
 
 }  // namespace vardento

@@ -6,6 +6,8 @@
 // curve does not reach is answered with where the search ended.
 #pragma once
 
+#include <memory>
+
 #include "run/run.h"
 
 namespace vardento {
@@ -21,6 +23,20 @@ struct ScoreMeasure {
 // largest possible score, above 0. Scores count from 0, as the items' weights have them. A score
 // within EXTRSC= of either end is moved in from it, so that 0 and the maximum have measures too.
 ScoreMeasure MeasureForPersonScore(const Run& run, float start, double score, double maximum);
+
+// The same for many scores: what the items need is prepared once. Good as long as measures, steps
+// and statuses stand still.
+class PersonScoreSolver {
+ public:
+  explicit PersonScoreSolver(const Run& run);
+  ~PersonScoreSolver();
+  ScoreMeasure Solve(float start, double score, double maximum);
+
+ private:
+  class Curve;
+  const Run& run_;
+  std::unique_ptr<Curve> curve_;
+};
 
 // The difficulty of an item of the group with this raw score on the active persons, found by
 // interpolation of the log-odds of the score, which are nearly straight in the difficulty, to a

@@ -8,6 +8,8 @@
 #include "report/fit_plots.h"
 #include "report/measure_table.h"
 #include "report/misfit_listings.h"
+#include "report/sample_norms.h"
+#include "report/score_table.h"
 #include "report/summary_table.h"
 #include "report/variable_maps.h"
 
@@ -126,9 +128,8 @@ constexpr TableRow kTables[] = {
     {19, 1, AtMost1, Always, PrintInAlphabeticalOrder, kPersonsByCategories},
     {19, 2, IsZeroOr<2>, Chart, Later, kPersonsByCategories},
     {19, 3, Above2, Always, Later, kPersonsByCategories},
-    {20, 1, AtMost2, Always, Later, kPersons},
-    {20, 2, AtMost2, Always, Later, kPersons},
-    {20, 3, AtLeast3IfAsked, Always, Later, kPersons},
+    {20, 1, AtMost2, Always, PrintScoreTable, kPersons},  // 20.2, the ogive, may share its page
+    {20, 3, AtLeast3IfAsked, Always, PrintSampleNorms, kPersons},
     {21, 1, Any, Always, PrintCategoryCurves, kCurves},
     {22, 1, Any, Always, Later, kItems},
     {23, 1, IsZeroOr<1>, Always, Later, kItemResiduals},

@@ -9,6 +9,9 @@
 
 namespace vardento {
 
+// Whom messages ask the user to send a file to.
+inline constexpr std::string_view kSupportAddress = "the developers of Vardento";
+
 // One line on the console, less its trailing blanks. Nothing in batch mode.
 void WriteConsole(Run& run, std::string_view text);
 // Text of up to 1,024 characters to the console, in batch mode to the standard error stream.
