@@ -1,4 +1,5 @@
-// The landmarks of every category, as distances from the item in logits: Thurstone thresholds, and
+// The landmarks of every category, as distances from the item in logits: Thurstone thresholds,
+// where the category or a higher one is as likely as not (after Edwards & Thurstone 1952), and
 // where the expected score (the model's regression of score on measure) takes given values.
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 // CUTLO= and CUTHI=: responses of a person much below or much above an item become missing, once,
 // as the start values stand. Far from its item a person's response tells more of guessing or
-// carelessness than of the measure.
+// carelessness than of the measure. A settled form, without a published source.
 #include <cmath>
 #include <vector>
 

@@ -1,5 +1,6 @@
 // LOCAL=Y: standardised fit values rescaled by their own spread in the sample, so that they tell
-// which entries are unusual here instead of whether the model holds.
+// which entries are unusual here instead of whether the model holds. A settled form, without a
+// published source.
 #pragma once
 
 #include "run/run.h"

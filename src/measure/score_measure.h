@@ -1,7 +1,8 @@
 // Score to measure: the measure of a raw score that need not belong to anybody. Two solvers of one
 // form, for a person's score over the active items and an item's score over the active persons.
 // They work on final measures, once the fit pass is over: the maximum likelihood estimate of one
-// measure with the other side taken as known, found by bracketing, since expected scores change
+// measure with the other side taken as known, where the expected score is the score (Wright &
+// Panchapakesan 1969), found by bracketing, since expected scores change
 // with the measure in one direction alone. Nothing is changed, and nothing fails: a score that the
 // curve does not reach is answered with where the search ended.
 #pragma once

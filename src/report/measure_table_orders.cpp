@@ -31,12 +31,12 @@ void PrintInAlphabeticalOrder(ReportContext& context) {
 }
 
 void PrintInDisplacementOrder(ReportContext& context) {
-  SortByValue(context.run, Facet::Items, 'D', context.items);
+  SortByValue(context.run, context.needs.subject, 'D', context.SubjectList());
   MeasureTable(context, context.needs.subject, "DISPLACEMENT").Print();
 }
 
 void PrintInCorrelationOrder(ReportContext& context) {
-  SortByValue(context.run, Facet::Items, 'P', context.items);
+  SortByValue(context.run, context.needs.subject, 'P', context.SubjectList());
   MeasureTable(context, context.needs.subject, "CORRELATION").Print();
 }
 

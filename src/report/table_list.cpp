@@ -149,6 +149,12 @@ constexpr TableRow kTables[] = {
     {31, 1, Any, Always, Later, kPersons},
 };
 static_assert(std::ranges::is_sorted(kTables, {}, &TableRow::table), "RowsOf searches it");
+static_assert(std::ranges::adjacent_find(kTables,
+                                         [](const TableRow& a, const TableRow& b) {
+                                           return a.table == b.table &&
+                                                  a.needs.freshLists != b.needs.freshLists;
+                                         }) == std::end(kTables),
+              "lists are made anew once for a Table, by its first row");
 
 }  // namespace
 
