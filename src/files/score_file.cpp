@@ -13,6 +13,7 @@ namespace vardento {
 namespace {
 
 constexpr std::size_t kBytesPerScore = 16;
+constexpr int kSeparatedWidth = 7;    // of the information where no column binds
 constexpr int kInformationWidth = 6;  // behind the standard error, whose last column it borders on
 
 constexpr std::string_view kPurpose =
@@ -87,12 +88,14 @@ class ScoreFile {
     return number_text(value, width, "(F8." + std::to_string(decimals) + ")");
   }
 
-  // With as many decimals as leave the standard error whole.
+  // With as many decimals as leave the standard error whole, which stands right before it in fixed
+  // columns.
   std::string InformationText(float information) const {
     int decimals = run_.settings.UDECIM;
     std::string text;
     do {
-      text = FixedText(information, "(F8." + std::to_string(decimals) + ")", kInformationWidth);
+      text = FixedText(information, "(F8." + std::to_string(decimals) + ")",
+                       file_.IsFixed() ? kInformationWidth : kSeparatedWidth);
     } while (text.front() == '*' && --decimals >= 0);
     return text;
   }
@@ -141,6 +144,7 @@ void WriteScoreFile(Run& run) {
   if (test.top < 1) return;
   if (!test.IsWithinReach()) return TellRefused(run, test.top);
   const ScoreConversion conversion = ConvertScores(run, test, SolvingOrder::Rising);
+  if (conversion.scores.empty()) return;
   WriteConsole(run, " Computing frequencies");
   SampleNorms norms;
   switch (norms.Make(run, conversion)) {

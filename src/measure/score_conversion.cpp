@@ -73,6 +73,7 @@ ScoreConversion ConvertScores(Run& run, const CompleteTest& test, SolvingOrder o
     if (order == SolvingOrder::InThirds) start = score % third == 0 ? middle : below.measure;
     conversion.scores[place] = solver.Solve(start, score, test.reachable);
     ShowProgress(run, score, top);
+    if (run.StopRequest != 0) return {.test = test, .scores = {}};
   }
   return conversion;
 }

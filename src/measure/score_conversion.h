@@ -49,7 +49,7 @@ struct ScoreConversion {
 // Scores in a third of the run 0 to `top`; the last third may be shorter, or empty.
 int ScoresInThird(int top);
 
-// `test`: within reach. Moves the progress bar score by score.
+// `test`: within reach. Moves the progress bar score by score; a stop by the user leaves no scores.
 ScoreConversion ConvertScores(Run& run, const CompleteTest& test, SolvingOrder order);
 
 // One score in the sample.

@@ -29,21 +29,26 @@ constexpr int kUseBar = 22, kAveragesBar = 35, kMeanSquaresBar = 48, kSingleCohe
               kSingleEnd = 69, kStepBar = 59, kStepsEnd = 68, kScaleBar = 27, kZoneBar = 49,
               kThresholdBar = 59;
 
+constexpr int kZoneDecimals = 2;
+
 // A measure in fewer columns than measures have: decimals go before the number does.
-std::string MeasureField(const Run& run, double value, int width) {
-  for (int decimals = run.settings.UDECIM; decimals >= 0; --decimals) {
+std::string MeasureField(double value, int width, int decimals) {
+  for (; decimals >= 0; --decimals) {
     const std::string field = fixed_field(value, width, decimals);
     if (field.find('*') == field.npos) return field;
   }
   return std::fabs(value) < 1e9 ? integer_field(std::lround(value), width)
                                 : fixed_field(value, width, 0);
 }
+std::string MeasureField(const Run& run, double value, int width) {
+  return MeasureField(value, width, run.settings.UDECIM);
+}
 
 // The measure at an end of the scale, where the expected score is never reached: in brackets.
 std::string BracketedMeasure(const Run& run, double value) {
-  std::string field = MeasureField(run, value, 7);
-  if (field.front() == ' ') field.front() = '(';
-  return field;
+  const std::string field = MeasureField(run, value, 6);
+  // Rather a decimal less than no bracket, and rather no bracket than no number.
+  return field.find('*') == field.npos ? "(" + field : MeasureField(run, value, 7);
 }
 
 // Why a category has no statistics.
@@ -373,13 +378,14 @@ void CategoryTable::PutZone(ReportLine& line, int k) const {
   const CategoryRow& row = RowAt(k);
   if (k == 0) {
     line.Text(BracketedMeasure(run_, row.measurePoint)).Text(") -INF");
-    line.Fixed(RowAt(1).halfPoint, 8, 2);
+    line.Text(MeasureField(RowAt(1).halfPoint, 8, kZoneDecimals));
   } else if (k == structure_.Top()) {
     line.Text(BracketedMeasure(run_, row.measurePoint)).Text(")");
-    line.Fixed(row.halfPoint, 6, 2).Text("  +INF ");
+    line.Text(MeasureField(row.halfPoint, 6, kZoneDecimals)).Text("  +INF ");
   } else {
     line.Text(MeasureField(run_, row.measurePoint, 7));
-    line.Fixed(row.halfPoint, 7, 2).Fixed(RowAt(k + 1).halfPoint, 7, 2);
+    line.Text(MeasureField(row.halfPoint, 7, kZoneDecimals));
+    line.Text(MeasureField(RowAt(k + 1).halfPoint, 7, kZoneDecimals));
   }
 }
 

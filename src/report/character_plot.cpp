@@ -33,8 +33,8 @@ std::string ProbabilityAtRow(int row, int height) {
 }
 
 std::string NumberAtRow(int row, int height, const PlotFrame& frame) {
-  return frame.scale > 1 ? ScoreAtRow(row, height, frame.scale, frame.lowest)
-                         : ProbabilityAtRow(row, height);
+  return frame.scores || frame.scale > 1 ? ScoreAtRow(row, height, frame.scale, frame.lowest)
+                                         : ProbabilityAtRow(row, height);
 }
 
 }  // namespace
@@ -46,7 +46,7 @@ void PutAxisNumbers(ReportLine& line, const PlotAxis& axis, float low, int first
         integer_field(std::lround(low + static_cast<float>(tick) * axis.unit), kNumberWidth);
     const std::string_view digits = Trim(number);
     const int column = first + tick * axis.tickWidth - TextWidth(digits) + 1;
-    if (column < free) continue;
+    if (column < free || digits.front() == '*') continue;
     line.At(column).Text(digits);
     free = line.Column() + 1;
   }

@@ -14,18 +14,19 @@ struct PlotFrame {
   float low = 0;         // the measure at column 0
   std::string_view axisLabel = {};
   std::string_view caption = {};  // printed downward at the left
-  // At the left: 1 numbers the rows as probabilities; more, as scores from `lowest` to
-  // `lowest` + scale, in halves where there is room. 0 and below count as 1.
+  // At the left: with `scores`, and with a scale above 1, the rows are scores from `lowest` to
+  // `lowest` + scale, in halves where there is room; else probabilities.
   int scale = 1;
   int lowest = 0;
+  bool scores = false;
 };
 
 // Prints rows LastRow to 0 of the grid, columns 0 to axis.columns.
 void PutCharacterPlot(Run& run, const PlotGrid& grid, const PlotFrame& frame);
 
 // The measures below or above a plot: one for each tick, its last digit in the tick's column. The
-// first tick stands at column `first` of the line. A number that would run into the one before it
-// is left out.
+// first tick stands at column `first` of the line. A number that would run into the one before it,
+// or is too wide, is left out.
 void PutAxisNumbers(ReportLine& line, const PlotAxis& axis, float low, int first);
 // A rule over the whole width of a plot: a corner at column `first` - 1, a cross at each tick, the
 // other corner.

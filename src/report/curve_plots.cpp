@@ -46,8 +46,7 @@ char CurvePlots::MarkOf(int category) const {
 
 // -1 or less, or beyond the last column, where the measure is off the scale.
 int CurvePlots::ColumnOf(double measure) const {
-  const double column = std::round((measure - low_) * axis_.columnsPerMeasure);
-  return static_cast<int>(std::clamp(column, -1.0, axis_.columns + 1.0));
+  return NearestPlace((measure - low_) * axis_.columnsPerMeasure, axis_.columns);
 }
 
 // A point of a curve at `share` of the height, and what lies between it and the point before.

@@ -6,6 +6,7 @@
 
 #include "measure/entry_values.h"
 #include "report/page.h"
+#include "report/plot_grid.h"
 #include "text/text_width.h"
 
 namespace vardento {
@@ -22,8 +23,7 @@ struct Tally {
 };
 
 int ColumnOf(const StripForm& form, double measure) {
-  const double place = (measure - form.low) * form.axis.columnsPerMeasure;
-  return static_cast<int>(std::lround(std::clamp(place, -1.0, form.axis.columns + 1.0)));
+  return NearestPlace((measure - form.low) * form.axis.columnsPerMeasure, form.axis.columns);
 }
 
 Tally TallyColumns(const Run& run, Facet facet, const StripForm& form) {
@@ -45,7 +45,7 @@ Tally TallyColumns(const Run& run, Facet facet, const StripForm& form) {
     }
     tally.columns[static_cast<std::size_t>(column)] += weight;
   }
-  for (double& total : tally.columns) total = std::ceil(total);
+  for (double& total : tally.columns) total = CountOfWeights(total);
   return tally;
 }
 

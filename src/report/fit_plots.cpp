@@ -26,11 +26,6 @@ constexpr int kLinesAround = 16;    // what a page holds beside the rows
 constexpr int kColumns = 67;        // over the measure
 constexpr int kSquareColumns = 70;  // of one fit over the other
 
-// The nearest column or row, not below -1 nor above `last` + 1.
-int NearestPlace(double place, int last) {
-  return static_cast<int>(std::lround(std::clamp(place, -1.0, last + 1.0)));
-}
-
 // The rows of a plot, from 0 at the low end of the fit.
 struct FitRows {
   int last = 0;

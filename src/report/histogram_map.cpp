@@ -5,6 +5,7 @@
 #include "report/map_scale.h"
 #include "report/measure_range.h"
 #include "report/page.h"
+#include "report/plot_grid.h"
 #include "report/variable_maps.h"
 #include "text/number_text.h"
 #include "text/text_width.h"
@@ -29,7 +30,7 @@ std::vector<double> CountItems(const VariableMap& map, const MapScale& scale, Ro
     const int row = rowOf(map.items.points[n], map.steps[n]);
     if (row >= 0) counts[static_cast<std::size_t>(row)] += map.items.points[n].weight;
   }
-  for (double& count : counts) count = std::ceil(count);
+  for (double& count : counts) count = CountOfWeights(count);
   return counts;
 }
 

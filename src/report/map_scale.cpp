@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "report/page.h"
+#include "report/plot_grid.h"
 #include "text/text_width.h"
 
 namespace vardento {
@@ -50,8 +51,7 @@ MapScale::MapScale(const ReportContext& context)
       rowsPerMeasure_(lastRow_ / (static_cast<double>(context.rangeHigh) - context.rangeLow)) {}
 
 int MapScale::NearestRow(double measure) const {
-  const double row = (measure - low_) * rowsPerMeasure_;
-  return static_cast<int>(std::lround(std::clamp(row, -1.0, lastRow_ + 1.0)));
+  return NearestPlace((measure - low_) * rowsPerMeasure_, lastRow_);
 }
 
 int MapScale::RowOf(double measure, MapPlace place) const {
@@ -98,7 +98,7 @@ RowCounts CountByRow(const MapScale& scale, const MapSide& side) {
     ++counts.entries[row];
     counts.weights[row] += point.weight;
   }
-  for (double& weight : counts.weights) weight = std::ceil(weight);
+  for (double& weight : counts.weights) weight = CountOfWeights(weight);
   return counts;
 }
 

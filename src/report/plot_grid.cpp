@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <cmath>
 
 namespace vardento {
 namespace {
@@ -27,6 +28,15 @@ char CountOneMore(char cell) {
 }
 
 }  // namespace
+
+int NearestPlace(double place, int last) {
+  return static_cast<int>(std::lround(std::clamp(place, -1.0, last + 1.0)));
+}
+
+double CountOfWeights(double weight) {
+  constexpr double kRounding = 1e-6;
+  return std::ceil(weight * (1 - kRounding));
+}
 
 PlotGrid::PlotGrid(int lastColumn, int lastRow)
     : lastColumn_(lastColumn),

@@ -11,6 +11,13 @@
 
 namespace vardento {
 
+// The column or row nearest to a place, counted from 0; off the grid, which ends at `last`, it is
+// -1 or `last` + 1.
+int NearestPlace(double place, int last);
+// What stands at a place, by weight, as a count: a part of one counts as one. Weights are 32-bit:
+// what their sum is off a whole number by their rounding is no part.
+double CountOfWeights(double weight);
+
 inline constexpr char kDrawnVertical = static_cast<char>(Box::Vertical);
 inline constexpr char kDrawnHorizontal = static_cast<char>(Box::Horizontal);
 inline constexpr char kDrawnCross = static_cast<char>(Box::Cross);

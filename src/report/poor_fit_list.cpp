@@ -61,7 +61,7 @@ class PoorFitList {
       }
       PutEntry(misfits[place]);
       responses.Open(place);
-      PutResponses(responses);
+      PutResponses(misfits[place], responses);
     }
   }
 
@@ -72,8 +72,11 @@ class PoorFitList {
     return std::string(TrimRight(PluralLabel(run_.settings, facet)));
   }
 
-  void BreakPage(int lines) {
-    if (CheckPageBreak(run_, run_.report.LinesOnPage + lines)) PutHead();
+  // True when a new sheet began, with its head.
+  bool BreakPage(int lines) {
+    if (!CheckPageBreak(run_, run_.report.LinesOnPage + lines)) return false;
+    PutHead();
+    return true;
   }
 
   void PutHead() {
@@ -103,10 +106,11 @@ class PoorFitList {
     PutReportLine(run_, line);
   }
 
-  void PutResponses(EntryResponses& responses) {
+  // On a further sheet the entry's line tells again whose they are.
+  void PutResponses(const Misfit& misfit, EntryResponses& responses) {
     const int others = ArraysOf(run_, OtherFacet(facet_)).Count();
     for (int first = 1; first <= others; first += inLine_) {
-      BreakPage(kLinesOfBlock);
+      if (BreakPage(kLinesOfBlock)) PutEntry(misfit);
       PutBlock(responses, first, std::min(inLine_, others - first + 1));
     }
   }

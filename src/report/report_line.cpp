@@ -45,6 +45,7 @@ void ReportLine::Clear() {
   text_.fill(' ');
   drawn_.reset();
   next_ = 1;
+  end_ = 0;
 }
 
 ReportLine& ReportLine::At(int column) {
@@ -87,10 +88,11 @@ void ReportLine::Put(char c, bool drawn) {
   if (place >= text_.size()) return;
   text_[place] = c;
   drawn_[place] = drawn;
+  end_ = std::max(end_, place + 1);
 }
 
 std::string_view ReportLine::View() const {
-  const std::string_view line = TrimRight(std::string_view(text_.data(), text_.size()));
+  const std::string_view line = TrimRight(std::string_view(text_.data(), end_));
   return std::string_view(text_.data(), std::max<std::size_t>(line.size(), 1));
 }
 

@@ -61,6 +61,7 @@ class ReportLine {
   std::array<char, ReportOutput::kMaxLine> text_;
   std::bitset<ReportOutput::kMaxLine> drawn_;
   int next_ = 1;
+  std::size_t end_ = 0;  // behind the furthest character
 };
 
 }  // namespace vardento

@@ -93,6 +93,7 @@ void PrintSampleNorms(ReportContext& context) {
   const std::string table = IntegerText(run.request.CurrentTable);
   WriteConsole(run, "  Calculating Scores for Table " + table);
   const ScoreConversion conversion = ConvertScores(run, test, SolvingOrder::InThirds);
+  if (conversion.scores.empty()) return;
   WriteConsole(run, "  Calculating Frequencies for Table " + table);
   SampleNorms norms;
   switch (norms.Make(run, conversion)) {

@@ -184,7 +184,8 @@ void PrintOgive(Run& run, const ScoreConversion& conversion) {
                     .axisLabel = "MEASURE",
                     .caption = "EXPECTED SCORE",
                     .scale = conversion.Top(),
-                    .lowest = static_cast<int>(conversion.test.bottom)});
+                    .lowest = static_cast<int>(conversion.test.bottom),
+                    .scores = true});
   const StripForm form{.axis = scale.Axis(), .low = scale.Low(), .extremesByMeasure = true};
   PutDistributionStrip(run, Facet::Persons, form);
   PutDistributionStrip(run, Facet::Items, form);
@@ -219,6 +220,7 @@ void PrintScoreTable(ReportContext& context) {
   if (test.top < 1 || !test.IsWithinReach()) return;
   WriteConsole(run, "  Calculating Scores for Table " + IntegerText(run.request.CurrentTable));
   const ScoreConversion conversion = ConvertScores(run, test, SolvingOrder::InThirds);
+  if (conversion.scores.empty()) return;  // the user has seen enough
   PutPageHeading(run, 1);
   ScoreTable(run, conversion).Print();
   PrintOgive(run, conversion);

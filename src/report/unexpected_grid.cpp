@@ -119,11 +119,13 @@ class UnexpectedGrid {
     line.At(2).Integer(row.entry, 6);
     const std::string label = LabelOfEntry(run_, facet_, row.entry);
     line.At(kLabelColumn).Text(label, label_);
+    const int value = line.Column();
     if (showsFit_) {
       line.Fixed(row.outfit, 8, 2);
     } else {
       PutMeasure(line, run_.settings, row.measure);
     }
+    if (line.CharacterAt(value) != ' ') line.At(value - 1).Text(" ").Skip(8);  // a long measure
     line.Skip(1).Repeat(PlotLetter(context_.SubjectList(), row.entry), 1);
     PutBar(line, bar_);
     for (const Response& response : row.cells) line.Text(CellText(response));

@@ -107,7 +107,7 @@ TEST(CategoryTables, LeaveOutWhatAnUnusedCategoryHasNot) {
   EXPECT_EQ(lines[17],
             "|   1      HARD          |123457.   -.501234.50|     .00 |   0%   0%|     .4  | 1");
   EXPECT_EQ(lines[18],
-            "|   2         .50    .10 |(  2.50)******  +INF |     .50 |  50%  13%|     .0% | 2");
+            "|   2         .50    .10 |(  2.50)1234.5  +INF |     .50 |  50%  13%|     .0% | 2");
 }
 
 TEST(GroupIdentity, ListsRunsOfItemsOverSeveralLines) {

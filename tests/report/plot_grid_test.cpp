@@ -61,6 +61,16 @@ TEST(PlotGrid, JoinsGuideLinesBehindOtherMarks) {
   }
 }
 
+// Thirty persons of weight .2 are six: the sum of 32-bit weights is a little more.
+TEST(PlotGrid, CountsWeightsAsWholeEntries) {
+  double sum = 0;
+  for (int n = 0; n < 30; ++n) sum += 0.2F;
+  EXPECT_EQ(CountOfWeights(sum), 6);
+  EXPECT_EQ(CountOfWeights(6.01), 7);
+  EXPECT_EQ(CountOfWeights(0.001), 1);
+  EXPECT_EQ(CountOfWeights(0), 0);
+}
+
 // Two categories over five rows: rows that are no tenth or half have no number.
 TEST(CharacterPlot, FramesTheCells) {
   SmallRun small(1, 1);
