@@ -37,6 +37,19 @@ TEST_F(Metamorphic, ReversedScoringTurnsTheScale) {
   EXPECT_EQ(changed.persons.status[152], Status::NoResponses);
 }
 
+// UP= moves all persons at every iteration, the last one too: who answers alike stays alike, even
+// where the iteration is ended early.
+TEST(CentredPersons, OfTheSameAnswersHaveTheSameMeasure) {
+  for (const std::string end : {"MUCON=-1", "MUCON=2", ""}) {
+    Matrix data = Simulate(40, 6, 2, 5);
+    data.back() = data.front();
+    WholeRun whole;
+    RunData(whole, data, "CODES=012\nUP=5\nUDECIM=4\n" + end);
+    const std::vector<double> measures = EstimatesOf(whole).persons.measure;
+    EXPECT_NEAR(measures.front(), measures.back(), 1e-5) << end;
+  }
+}
+
 TEST_F(Metamorphic, AnItemThatAllPassIsExtremeAndMovesNobody) {
   Matrix more = data;
   for (std::string& row : more) row += '2';

@@ -71,21 +71,29 @@ std::map<std::string, Lines> PrintedTables(const std::string& report) {
   return tables;
 }
 
-// The first shown line that isn't printed where it ought to be; empty when there is none.
-std::string FindStaleLine(const Lines& shown, const Lines& printed) {
+// Lines up to the next dots, which are taken off too.
+Lines TakePart(Lines& lines) {
+  const auto dots = std::find(lines.begin(), lines.end(), kDots);
+  Lines part(lines.begin(), dots);
+  lines.erase(lines.begin(), dots == lines.end() ? dots : dots + 1);
+  return part;
+}
+
+// The first line of a shown part that isn't printed where it ought to be; empty when there is none.
+std::string FindStaleLine(Lines shown, const Lines& printed) {
+  const bool open = !shown.empty() && shown.back() == kDots;
   auto place = printed.begin();
-  bool skips = false;
-  for (const std::string& line : shown) {
-    if (line == kDots) {
-      skips = true;
-      continue;
+  for (bool first = true; !shown.empty(); first = false) {
+    const Lines part = TakePart(shown);
+    const bool atEnd = shown.empty() && !open;
+    const auto found = atEnd ? std::find_end(place, printed.end(), part.begin(), part.end())
+                             : std::search(place, printed.end(), part.begin(), part.end());
+    if (found == printed.end() || (first && found != place)) {
+      return part.front() + "   (or a line behind it)";
     }
-    if (skips) place = std::find(place, printed.end(), line);
-    if (place == printed.end() || *place != line) return line + "   (or a line before it)";
-    ++place;
-    skips = false;
+    place = found + static_cast<long>(part.size());
   }
-  return skips || place == printed.end() ? "" : *place + "   (printed, but not shown)";
+  return open || place == printed.end() ? "" : *place + "   (printed, but not shown)";
 }
 
 TEST(TablesPage, ShowsWhatTheExamplePrints) {

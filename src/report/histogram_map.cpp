@@ -1,6 +1,7 @@
 // Maps of bars alone.
 #include <algorithm>
 #include <cmath>
+#include <string>
 
 #include "report/map_scale.h"
 #include "report/measure_range.h"
@@ -114,11 +115,13 @@ class HistogramMap {
 
   void PutUnit(Facet facet, const BarUnit& unit) {
     if (unit.unit <= 1) return;
+    // The bars mean nothing without their unit: a large one takes the columns it needs.
+    const int width = std::max(4, static_cast<int>(std::to_string(unit.unit).size()) + 1);
     ReportLine line;
     line.At(3).Text("EACH '#' IN THE ").Text(TrimRight(SingularLabel(run_.settings, facet)));
-    line.Text(" COLUMN IS").Integer(unit.unit, 4).Text(" ");
+    line.Text(" COLUMN IS").Integer(unit.unit, width).Text(" ");
     line.Text(PluralLabel(run_.settings, facet)).Text("; EACH '.' IS 1");
-    if (unit.unit >= 3) line.Text(" TO").Integer(unit.unit - 1, 4);
+    if (unit.unit >= 3) line.Text(" TO").Integer(unit.unit - 1, width);
     PutReportLine(run_, line);
   }
 

@@ -91,7 +91,7 @@ void LabelMap::Print(const LabelRows& rows, int width, std::string_view titleEnd
     PutRow(row, rows[static_cast<std::size_t>(row)]);
     const int maximum = run_.settings.MAXPAGE;
     const bool full = maximum > 0 && LinesOnPage(run_) + 4 > maximum;
-    // What is left of a full page goes to the close; bars alone open no other page.
+    // A page that is full below all labels goes to the close: bars alone don't go on.
     if (full && row < lowest) break;
   }
   PutMapWords(run_, other_, MapEnd::Bottom, RuleColumn(), map_.mirrored);

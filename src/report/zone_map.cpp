@@ -144,6 +144,7 @@ void PrintZoneMap(ReportContext& context, ZoneKind kind, std::string_view titleE
   if (!rows.Fill(run, zones, scale)) {
     WriteConsole(
         run, std::to_string(rows.Bytes()) + " bytes of memory not available. Table not produced.");
+    PutPageHeading(run, 1);
     WriteReportText(run, " NOT ENOUGH MEMORY FOR TABLE");
     return;
   }
