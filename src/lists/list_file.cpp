@@ -28,6 +28,7 @@ void ListFile::OpenOrEnd(std::string& fileName, std::string_view caption,
 }
 
 bool ListFile::Next(std::string& line, int rowNumbers) {
+  rowNumbers_ = rowNumbers;
   while (NextAsItStands(line)) {
     if (CleanListLine(line, rowNumbers)) return true;
   }
@@ -53,7 +54,7 @@ bool ListFile::NextAsItStands(std::string& line) {
 
 void ListFile::Refuse() {
   std::string text = asItStands_;
-  if (IsColumnHead(text) || !CleanListLine(text, kEntryRow)) return;
+  if (IsColumnHead(text) || !CleanListLine(text, rowNumbers_)) return;
   if (++refused_ > 1) return;
   firstPlace_ = reader_.LineNumber();
   firstText_ = asItStands_.substr(0, kListLineLength);

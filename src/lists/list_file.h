@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "lists/list_line.h"
 #include "platform/text_file.h"
 #include "run/run.h"
 
@@ -39,6 +40,7 @@ class ListFile {
   std::string_view variable_;
   TextReader reader_;
   std::string asItStands_;  // the line given last
+  int rowNumbers_ = kEntryRow;
   int refused_ = 0;
   int firstPlace_ = 0;     // line number of the first line refused
   std::string firstText_;  // and what stands there

@@ -63,7 +63,8 @@ bool IsTitle(std::string_view line, int rowNumbers) {
 }  // namespace
 
 bool IsFileHead(std::string_view line) {
-  return line.starts_with('"') && TrimRight(line).ends_with(" FILE FOR\"");
+  return line.starts_with('"') && line.find(" FILE ") != line.npos &&
+         TrimRight(line).ends_with(" FOR\"");
 }
 
 void PartFixedColumns(std::string& line) {

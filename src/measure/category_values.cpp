@@ -43,7 +43,8 @@ CategoryValues ReadCategoryValues(const Run& run, int item, int k, const Array1<
   const int position = first + k;
   const UserScale scale(run.settings);
   const float d = MeasureOf(run, Facet::Items, item);
-  const float information = std::max(arrays.CategoryInformation[position], static_cast<float>(kLeastInformation));
+  const float information =
+      std::max(arrays.CategoryInformation[position], static_cast<float>(kLeastInformation));
   CategoryValues values;
   values.code = arrays.CategoryToCode[position];
   values.score = k + arrays.CategoryToCode[first];

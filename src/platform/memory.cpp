@@ -9,7 +9,7 @@ namespace {
 
 // Strings, buffers and small tables are not counted. A large block that would leave them less than
 // this is refused: whoever asked for it has a fall-back, they have none.
-constexpr std::size_t kWorkingRoom = 1 << 20;
+constexpr std::size_t kWorkingRoom = 1 << 19;
 constexpr std::size_t kLargeBlock = 1 << 16;
 
 bool LeavesWorkingRoom(std::size_t bytes) {

@@ -1,6 +1,7 @@
 #include "program/finish_run.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "platform/directories.h"
 #include "platform/io_status.h"
@@ -85,6 +86,9 @@ void SayHowItEnded(Run& run, bool good) {
 }  // namespace
 
 void SaveReportFront(Run& run) {
+  // For the buffers of the files below: if there is no room, let it show while the report is open.
+  constexpr std::size_t kBuffers = 4 << 16;
+  std::vector<char>().reserve(kBuffers);
   TellReportFailure(run, run.report.Close());
   const std::string name = run.report.Name();
   // A device has taken the front already and can't give it back.
