@@ -93,7 +93,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     WriteBytes(run.settings.DATA, text);
   }
   run.personCapacity = 50;
-  run.personStatusTrial.Allocate(run.memory, 50);
+  static_cast<void>(run.personStatusTrial.Allocate(run.memory, 50));
   run.given.PersonStatus = {reinterpret_cast<StatusByte*>(run.personStatusTrial.Data()), 50};
   for (StatusByte& status : run.given.PersonStatus) status = Status::Active;
   Arrays arrays(run);
