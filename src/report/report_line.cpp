@@ -45,7 +45,7 @@ void ReportLine::Clear() {
   text_.fill(' ');
   drawn_.reset();
   next_ = 1;
-  end_ = 0;
+  end_ = drawnEnd_ = 0;
 }
 
 ReportLine& ReportLine::At(int column) {
@@ -56,7 +56,9 @@ ReportLine& ReportLine::At(int column) {
 ReportLine& ReportLine::Skip(int columns) { return At(next_ + columns); }
 
 ReportLine& ReportLine::Text(std::string_view text) {
-  for (const char c : text) Put(c, false);
+  std::size_t held = 0;
+  char* const place = Take(static_cast<int>(text.size()), false, held);
+  std::copy_n(text.data(), held, place);
   return *this;
 }
 
@@ -74,21 +76,29 @@ ReportLine& ReportLine::Integer(long long value, int width) {
 }
 
 ReportLine& ReportLine::Repeat(char c, int count) {
-  for (int i = 0; i < count; ++i) Put(c, false);
+  std::size_t held = 0;
+  char* const place = Take(count, false, held);
+  std::fill_n(place, held, c);
   return *this;
 }
 
 ReportLine& ReportLine::Repeat(Box piece, int count) {
-  for (int i = 0; i < count; ++i) Put(static_cast<char>(piece), true);
+  std::size_t held = 0;
+  char* const place = Take(count, true, held);
+  std::fill_n(place, held, static_cast<char>(piece));
   return *this;
 }
 
-void ReportLine::Put(char c, bool drawn) {
-  const auto place = static_cast<std::size_t>(next_++ - 1);
-  if (place >= text_.size()) return;
-  text_[place] = c;
-  drawn_[place] = drawn;
-  end_ = std::max(end_, place + 1);
+char* ReportLine::Take(int count, bool drawn, std::size_t& held) {
+  const auto place = static_cast<std::size_t>(next_ - 1);
+  const std::size_t wanted = static_cast<std::size_t>(std::max(count, 0));
+  held = place < text_.size() ? std::min(wanted, text_.size() - place) : 0;
+  const std::size_t end = place + held;
+  for (std::size_t i = place; i < (drawn ? end : std::min(end, drawnEnd_)); ++i) drawn_[i] = drawn;
+  if (drawn && held > 0) drawnEnd_ = std::max(drawnEnd_, end);
+  if (held > 0) end_ = std::max(end_, end);
+  next_ += static_cast<int>(wanted);
+  return text_.data() + std::min(place, text_.size());
 }
 
 std::string_view ReportLine::View() const {
@@ -98,7 +108,7 @@ std::string_view ReportLine::View() const {
 
 std::string ReportLine::Plain() const {
   std::string line(View());
-  for (std::size_t i = 0; i < line.size(); ++i) {
+  for (std::size_t i = 0; i < std::min(line.size(), drawnEnd_); ++i) {
     if (drawn_[i]) line[i] = PlainCharacter(line[i]);
   }
   return line;

@@ -56,12 +56,14 @@ class ReportLine {
   std::string Plain() const;
 
  private:
-  void Put(char c, bool drawn);
+  // Where the next `count` characters go, as many of them as the line holds.
+  char* Take(int count, bool drawn, std::size_t& held);
 
   std::array<char, ReportOutput::kMaxLine> text_;
   std::bitset<ReportOutput::kMaxLine> drawn_;
   int next_ = 1;
-  std::size_t end_ = 0;  // behind the furthest character
+  std::size_t end_ = 0;       // behind the furthest character
+  std::size_t drawnEnd_ = 0;  // behind the furthest drawn one
 };
 
 }  // namespace vardento
