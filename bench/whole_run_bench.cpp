@@ -39,12 +39,16 @@ struct DataSet {
   bool reversed = false;
   // A list variable that is given a line for each person; its reading is part of the intake.
   const char* list = nullptr;
+  const char* tables = "001000000100010";
 };
 constexpr int kLink = 5;
 
 constexpr DataSet kDataSets[] = {
     {"100000x50_complete", 100000, 50, 2, 0.0},
     {"20000x40_rating_scale", 20000, 40, 5, 0.0},
+    // output_s against prox_s + ucon_s + fit_s: what all Tables cost beside the estimation.
+    {"20000x40_all_tables", 20000, 40, 5, 0.0, 1, false, nullptr,
+     "1111111111111111111111111111111"},
     {"50000x100_missing", 50000, 100, 2, 0.3},
     {"100000x50_deletions", 100000, 50, 2, 0.0, 1, false, "PDFILE"},
     {"100000x50_anchors", 100000, 50, 2, 0.0, 1, false, "PAFILE"},
@@ -134,7 +138,7 @@ void WriteDataSet(const DataSet& set, const std::string& directory) {
   std::ofstream control(directory + "/control.txt");
   control << "TITLE=Benchmark\nDATA=data.txt\nNAME1=1\nNAMLEN=8\nITEM1=11\nNI=" << set.items
           << "\nCODES=" << std::string("01234").substr(0, static_cast<std::size_t>(set.categories))
-          << "\nTABLES=0010000001000100000000000000000000000000\nPFILE=p.txt\nIFILE=i.txt\n"
+          << "\nTABLES=" << set.tables << "\nPFILE=p.txt\nIFILE=i.txt\n"
           << "INUMB=Y\n";
   if (set.list != nullptr) {
     WriteList(set, directory);
