@@ -17,12 +17,12 @@ constexpr double kMostEntries = 1e15;
 int HeightOf(const Run& run) {
   const int page = run.settings.MAXPAGE;
   if (page == 0 || run.request.Set(4) != ' ') return kMostRows;
-  return std::clamp((page - kLinesAroundRows) / 10, 1, kMostRows / 10 + 1) * 10;
+  return std::min(std::max((page - kLinesAroundRows) / 10, 1) * 10, kMostRows);
 }
 
 int LastRowOf(const ReportContext& context) {
   const TableRequest& request = context.run.request;
-  const int height = std::min(HeightOf(context.run), kMostRows);
+  const int height = HeightOf(context.run);
   const double wanted = request.Set(4) != ' ' ? request.Value(4) : 0;
   if (wanted > 0) {
     const double span = static_cast<double>(context.rangeHigh) - context.rangeLow;

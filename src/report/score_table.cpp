@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <string_view>
 
 #include "report/character_plot.h"
 #include "report/distribution_strip.h"
 #include "report/page.h"
 #include "report/report_columns.h"
 #include "run/messages.h"
+#include "run/user_scale.h"
 #include "text/number_text.h"
 
 namespace vardento {
@@ -94,11 +96,9 @@ class ScoreTable {
   }
 
   void PutTips() {
-    const ControlSettings& settings = run_.settings;
-    const auto logits = [&](const ScoreMeasure& end) {
-      return (static_cast<double>(end.measure) - settings.UMEAN) / settings.USCALE;
-    };
-    const double low = logits(conversion_.Lowest()), high = logits(conversion_.Highest());
+    const UserScale scale(run_.settings);
+    const double low = scale.ToLogits(conversion_.Lowest().measure);
+    const double high = scale.ToLogits(conversion_.Highest().measure);
     if (high == low) return;
     const double bottom = static_cast<double>(conversion_.test.bottom);
     PutTip("AS 0-100,", low, high, 0, 100);
@@ -133,8 +133,7 @@ class OgiveScale {
   float Low() const { return low_; }
   int ColumnOf(float measure) const {
     const float place = (measure - low_) * axis_.columnsPerMeasure;
-    const float last = static_cast<float>(axis_.columns);
-    return place > 0 ? static_cast<int>(std::lround(std::min(place, last))) : 0;
+    return std::clamp(NearestPlace(place, axis_.columns), 0, axis_.columns);
   }
 
  private:

@@ -121,6 +121,8 @@ TEST(ZoneMap, HasAColumnForEachValueOfAnyScale) {
       EXPECT_EQ(point.place, expected[k][n].place);
     }
   }
+  small.run.arrays.ItemStatus[1] = Status::Deleted;
+  EXPECT_EQ(MakeZoneMap(small.run, kinds[0]).categories.size(), 4U) << "item 3 has them still";
 }
 
 }  // namespace
