@@ -14,7 +14,7 @@ namespace vardento {
 namespace {
 
 bool IsAsked(const Run& run, const TableRow& row, const Subtable& subtable) {
-  return row.asked(subtable) && !(row.needs.residuals && run.settings.PRCOMP == 'N');
+  return row.asked(subtable) && !(row.needs.residuals && run.inForce.PRCOMP == 'N');
 }
 
 Subtable SubtableOf(const TableRequest& request) {

@@ -33,6 +33,7 @@ struct VariablesInForce {
         PMAP(given.PMAP),
         ITLEN(given.ITLEN),
         pointBiserial(given.PTBIS),
+        PRCOMP(given.PRCOMP),
         TABLES(given.TABLES) {}
 
   // Work files can stand in the place of what was named: rewritten records, labels of the Control
@@ -42,6 +43,7 @@ struct VariablesInForce {
   int ITLEN = 0;           // not above the longest label
   ScoringInForce scoring;
   bool pointBiserial = false;  // PTBIS=, unless there was no memory for it
+  char PRCOMP = 'S';           // N once the residuals can't be kept
   std::string TABLES;          // blank once TFILE= has taken over
 };
 

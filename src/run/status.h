@@ -32,6 +32,10 @@ inline bool IsAnchored(StatusByte s) { return s >= Status::Anchored; }
 // The one test of all intake code: the entry is read.
 inline bool IsRead(StatusByte s) { return s > Status::Deleted; }
 inline bool IsHeldBack(StatusByte s) { return s < Status::LostLow; }
+// The byte as the estimation left it, whatever a selection after the run holds back.
+inline StatusByte OwnStatus(StatusByte s) {
+  return IsHeldBack(s) ? static_cast<StatusByte>(s + Status::HeldBack) : s;
+}
 // The byte less the flag that says that all responses are present.
 inline StatusByte WithoutCompleteFlag(StatusByte s) {
   return s > 8 ? static_cast<StatusByte>(s - Status::Complete) : s;
