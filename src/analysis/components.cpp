@@ -17,6 +17,10 @@ double ResidualComponents::FactorRatio(const Component& component) const {
   return static_cast<double>(entries.size()) * explained / (noise * component.eigenvalue);
 }
 
-ResidualComponents FindComponents(Run&, Facet facet) { return {.facet = facet}; }
+ResidualComponents FindComponents(Run&, Facet facet) {
+  ResidualComponents found;
+  found.facet = facet;
+  return found;
+}
 
 }  // namespace vardento
