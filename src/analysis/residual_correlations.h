@@ -13,6 +13,9 @@ namespace vardento {
 // Makes the correlations of the side's active entries, unless they stand from before. False when
 // they are not complete: there are no residuals or no room for the file, which is told, or the user
 // stopped it.
+// What is told when the file of correlations fails: the record in hand, and I, O, R or W.
+void TellCorrelationFailure(Run& run, IoStatus status, long long record, char operation);
+
 bool CorrelateResiduals(Run& run, Facet facet);
 
 // The pairs of largest |r|, largest first, at most 10, once the correlations are complete. Of pairs

@@ -27,7 +27,7 @@ std::int16_t ResidualEntry(char kind, const ResidualTerms& terms);
 // from then on.
 bool MakeResidualFile(Run& run);
 
-// What is told when the file fails later, as its record.
-inline constexpr char kResidualFileName[] = "STANDARDIZED RESIDUAL WORK FILE";
+// Tells the failure of the file at a person's record after run.RunIoStatus; operation: O, R or W.
+void TellResidualFailure(Run& run, int person, char operation);
 
 }  // namespace vardento

@@ -11,20 +11,12 @@
 
 namespace vardento {
 
-namespace {
-
-constexpr std::int16_t kMissingResidual = -32768;
-constexpr char kResidualFailure[] = " STANDARDIZED RESIDUAL WORK FILE FAILURE AT RECORD =";
-
-}  // namespace
-
 FitPass::FitPass(Run& run)
     : run_(run),
       arrays_(run.arrays),
       settings_(run.settings),
       outcome_(run.results.fit),
       correlates_(!run.inForce.pointBiserial),
-      writesResiduals_(run.settings.PRCOMP != 'N'),
       zeroText_(FixedText(0, run.settings.numberFormat, 8)),
       here_(std::max(run.results.largestGroupTop, 1)),
       below_(std::max(run.results.largestGroupTop, 1)),
@@ -59,20 +51,13 @@ void FitPass::Open() {
     FailRun(run_, std::to_string(plan.Bytes()) +
                       " bytes of memory not available. Fit computation failed.");
   }
-  if (writesResiduals_) OpenResiduals();
+  run_.stores.ForgetResiduals();
   UpdateGroupMaxWeight(run_);
   walk_ = MakeItemWalk(run_);
   ascending_.assign(walk_.all.rbegin(), walk_.all.rend());
   outcome_ = FitOutcome();
   ClearCategories();
   FindBaselines();
-}
-
-void FitPass::OpenResiduals() {
-  const auto items = static_cast<std::size_t>(settings_.NI);
-  residualRow_.assign(items, kMissingResidual);
-  run_.RunIoStatus = run_.stores.residuals.Create(run_.workDirectory.NameOf("ZUU"), 2 * items);
-  if (run_.RunIoStatus != 0) FatalFileFailure(run_, kResidualFailure + IntegerText(0), 'O');
 }
 
 void FitPass::ClearCategories() {
@@ -108,8 +93,6 @@ void FitPass::MeasurePerson(int number) {
   person.number = number;
   person.status = arrays_.PersonStatus[number];
   person.weight = PersonWeightOf(run_, number);
-  // The row of the person before must not shine through where this one has no residual.
-  if (writesResiduals_) std::fill(residualRow_.begin(), residualRow_.end(), kMissingResidual);
   if (IsMeasured(person.status)) {
     person.measure = arrays_.PersonMeasure[number];
     AddResponses(person);
@@ -215,11 +198,6 @@ void FitPass::AddFit(const ItemInHand& hand, int x, const Evaluation& here, doub
   totalTT_ += t * t;
   totalZZ_ += zz;
   ++observations_;
-  if (writesResiduals_) {
-    residualRow_[static_cast<std::size_t>(hand.item - 1)] =
-        ResidualEntry(settings_.PRCOMP,
-                      {x, hand.tables.top, y, z, here.variance, p_[static_cast<std::size_t>(x)]});
-  }
   spread_.Add(z, person.weight * hand.weight);
   const auto size = static_cast<float>(std::fabs(z));
   if (size >= kUnexpected) {
@@ -316,9 +294,6 @@ void FitPass::ClosePerson(PersonInHand& person) {
   }
   WritePersonWork(run_, n, record);
   totalT_ += person.sums.t;
-  if (!writesResiduals_ || !IsActive(person.status)) return;
-  run_.RunIoStatus = run_.stores.residuals.Write(n, residualRow_.data());
-  if (run_.RunIoStatus != 0) FatalFileFailure(run_, kResidualFailure + IntegerText(n), 'W');
 }
 
 void FitPass::MeasureItem(int item) {

@@ -52,7 +52,6 @@ class FitPass {
   };
 
   void Open();
-  void OpenResiduals();
   void ClearCategories();
   void FindBaselines();
   void MeasurePerson(int number);
@@ -77,7 +76,6 @@ class FitPass {
   const ControlSettings& settings_;
   FitOutcome& outcome_;
   bool correlates_;  // point-measure correlations are computed here (PTBIS=N)
-  bool writesResiduals_;
   std::string zeroText_;  // of a measure of 0 as printed
   ItemWalk walk_;
   std::vector<ItemInHand> ascending_;  // all measured items from 1 to NI
@@ -85,8 +83,7 @@ class FitPass {
   FitArrays sums_;
   PersonPowers here_, below_;              // at B and at B - 1
   std::vector<double> p_;                  // categories 0..MAXCAT of the pair in hand
-  std::vector<std::int16_t> residualRow_;  // of the person in hand, items 1..NI from place 0
-  RunningSpread spread_;                   // of z, by the weights of the pairs
+  RunningSpread spread_;  // of z, by the weights of the pairs
   // Sums of t, t squared and z squared over all observations of active pairs, unweighted.
   double totalT_ = 0, totalTT_ = 0, totalZZ_ = 0;
   std::int64_t observations_ = 0;  // how many those are

@@ -151,39 +151,4 @@ void EnterWorst(std::vector<WorstEntry>& list, int number, float z) {
   list.insert(list.begin() + index, WorstEntry{number, z});
 }
 
-namespace {
-
-constexpr double kFull = 32767.0;
-
-// Stored in 16 bits as it falls.
-std::int16_t Wrap(double value) {
-  return static_cast<std::int16_t>(static_cast<std::uint16_t>(std::llround(value)));
-}
-
-std::int16_t Limit(double value) {
-  return static_cast<std::int16_t>(std::llround(std::clamp(value, -kFull, kFull)));
-}
-
-}  // namespace
-
-std::int16_t ResidualEntry(char kind, const ResidualTerms& terms) {
-  const double p = std::max(terms.probability, kTiny);
-  switch (kind) {
-    case 'R':
-      return Wrap(kFull * terms.y / terms.top);
-    case 'L':
-      return Limit(100.0 * terms.y / terms.variance);
-    case 'O':
-      return Wrap(terms.x);
-    case 'K':
-      return Wrap(kFull * p);
-    case 'H':
-      return Wrap(kFull * std::min(-NaturalLog(p) / NaturalLog(0.002), 1.0));
-    case 'G':
-      return Wrap(kFull * std::clamp(SafeLogOdds(p, 1.0 - p) / NaturalLog(499.0), -1.0, 1.0));
-    default:
-      return Limit(1500.0 * terms.z);
-  }
-}
-
 }  // namespace vardento

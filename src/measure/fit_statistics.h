@@ -113,15 +113,4 @@ class RunningSpread {
 // |z|.
 void EnterWorst(std::vector<WorstEntry>& list, int number, float z);
 
-// The 2-byte entry of the residual file for one observation of an active pair. `kind` is PRCOMP=:
-// by default z in units of 1/1500; R: y as a share of T; L: y / V, the residual in logits, in units
-// of 1/100; O: the category; K: its probability p; H and G: the logarithm and the log-odds of p as
-// shares of what p = 0.002 (odds of 1 to 499) gives. Shares are of 32767. z and y / V are held
-// within 16 bits and G within its share; an H of p below 0.002 is stored in 16 bits as it falls.
-struct ResidualTerms {
-  int x, top;
-  double y, z, variance, probability;  // residual, standardised residual, V, p(x)
-};
-std::int16_t ResidualEntry(char kind, const ResidualTerms& terms);
-
 }  // namespace vardento

@@ -48,20 +48,20 @@ bool AnchorsSetFrame(const Run& run) {
   return run.settings.UANCHOR && (run.results.ItemAnchored || run.results.PersonAnchored);
 }
 
-}  // namespace
-
-ItemWalk MakeItemWalk(const Run& run) {
+// `statusOf` makes of an item's byte the status that counts.
+ItemWalk MakeWalk(const Run& run, StatusByte (*statusOf)(StatusByte)) {
   const RunArrays& arrays = run.arrays;
   ItemWalk walk;
   std::vector<std::ptrdiff_t> offsets;
   walk.all.reserve(static_cast<std::size_t>(run.settings.NI));
   for (int i = run.settings.NI; i >= 1; --i) {
-    if (!IsMeasured(arrays.ItemStatus[i])) continue;
+    const StatusByte status = statusOf(arrays.ItemStatus[i]);
+    if (!IsMeasured(status)) continue;
     ItemInHand hand;
     hand.item = i;
     hand.group = arrays.ItemGroup[i];
     hand.start = arrays.GroupStart[hand.group];
-    hand.active = IsActive(arrays.ItemStatus[i]);
+    hand.active = IsActive(status);
     hand.measure = arrays.ItemMeasure[i];
     hand.weight = ItemWeightOf(run, i);
     hand.pairFactor = PairFactor(run, hand.group, hand.weight);
@@ -75,6 +75,14 @@ ItemWalk MakeItemWalk(const Run& run) {
   LinkFactors(walk, offsets);
   return walk;
 }
+
+}  // namespace
+
+ItemWalk MakeItemWalk(const Run& run) {
+  return MakeWalk(run, [](StatusByte status) { return status; });
+}
+
+ItemWalk MakeEstimatedItemWalk(const Run& run) { return MakeWalk(run, OwnStatus); }
 
 void PersonPowers::Set(double measure) {
   measure_ = measure;

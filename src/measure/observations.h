@@ -46,6 +46,8 @@ struct ItemWalk {
 
 // As difficulties, steps and statuses stand now: a pass that changes them makes a new one.
 ItemWalk MakeItemWalk(const Run& run);
+// The items as the estimation left them, whatever has been selected since.
+ItemWalk MakeEstimatedItemWalk(const Run& run);
 
 // exp(k B) for k = 0..T of one person: with an item's factors they give its category probabilities
 // without a further exponential, since p(k) of "R" is in proportion to the product of a power of

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "measure/shell_sort.h"
 #include "report/map_labels.h"
 #include "report/report_columns.h"
 #include "report/report_context.h"
@@ -21,30 +22,6 @@ namespace {
 constexpr float kEqualKeys = 0.0001F;
 constexpr int kLastColumn = 300;  // labels are compared up to here
 
-// The first gap: half of the power of 3 that is nearest to twice the list's length. Of the two
-// whole numbers next to that half the lower one, so that a gap of 1 comes last for every length.
-int FirstGap(std::size_t count) {
-  const double power = std::round(std::log(2.0 * static_cast<double>(count) + 0.1) / std::log(3.0));
-  return std::max(1, static_cast<int>(std::pow(3.0, power) / 2));
-}
-
-// `isBefore(a, b)` tells whether entry a stands in front of entry b.
-template <class Comparison>
-void ShellSort(std::vector<int>& entries, Comparison isBefore) {
-  if (entries.size() < 2) return;
-  for (std::size_t gap = static_cast<std::size_t>(FirstGap(entries.size())); gap > 0; gap /= 3) {
-    for (std::size_t i = gap; i < entries.size(); ++i) {
-      const int entry = entries[i];
-      std::size_t place = i;
-      while (place >= gap && isBefore(entry, entries[place - gap])) {
-        entries[place] = entries[place - gap];
-        place -= gap;
-      }
-      entries[place] = entry;
-    }
-  }
-}
-
 void TakeAbove(SelectedList& list, const Array1<StatusByte>& status, StatusByte bound) {
   list.entries.clear();
   for (int i = 1; i <= status.Size(); ++i) {
@@ -55,7 +32,7 @@ void TakeAbove(SelectedList& list, const Array1<StatusByte>& status, StatusByte 
 // Largest key first.
 template <class Key>
 void SortByKey(std::vector<int>& entries, Key key, bool ascendingEntries) {
-  ShellSort(entries, [&](int a, int b) {
+  ShellSort(entries, FirstGap(entries.size()), [&](int a, int b) {
     const float difference = key(a) - key(b);
     if (std::fabs(difference) < kEqualKeys) return ascendingEntries ? a < b : a > b;
     return difference > 0;
@@ -118,7 +95,7 @@ bool SortInMemory(MemoryBudget& memory, const SortTexts& texts, SelectedList& li
   for (const int entry : list.entries) {
     std::memcpy(labelOf(entry), texts.Of(entry).data(), length);
   }
-  ShellSort(list.entries, [&](int a, int b) {
+  ShellSort(list.entries, FirstGap(list.entries.size()), [&](int a, int b) {
     const int order = std::memcmp(labelOf(a), labelOf(b), length);
     return order != 0 ? order < 0 : a < b;
   });
@@ -192,7 +169,7 @@ void SortAlphabetically(Run& run, Facet facet, SelectedList& list) {
   if (SortInMemory(run.memory, texts, list, entries)) return;
   WriteConsole(run, std::to_string(entries * texts.Width()) +
                         " bytes of memory not available, using disk work file");
-  ShellSort(list.entries, [&](int a, int b) {
+  ShellSort(list.entries, FirstGap(list.entries.size()), [&](int a, int b) {
     const int order = texts.Of(a).compare(texts.Of(b));
     return order != 0 ? order < 0 : a < b;
   });

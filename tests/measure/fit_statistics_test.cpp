@@ -127,20 +127,6 @@ TEST(FitStatistics, WorstListHoldsEachEntryOnceLargestFirst) {
   for (std::size_t i = 1; i < list.size(); ++i) EXPECT_GE(list[i - 1].z, list[i].z);
 }
 
-TEST(FitStatistics, ResidualEntriesByKind) {
-  // y = 0.5 of a top of 2, z = 2, V = 1/16, p(x) = 0.25.
-  const ResidualTerms terms{1, 2, 0.5, 2.0, 0.0625, 0.25};
-  struct Case {
-    char kind;
-    int entry;
-  };
-  const Case cases[] = {{'S', 3000}, {'Y', 3000}, {'R', 8192},  {'L', 800},
-                        {'O', 1},    {'K', 8192}, {'H', -7309},  // ln 0.25 / -ln 0.002 of 32767
-                        {'G', -5794}};                           // ln(1/3) / ln 499 of 32767
-  for (const Case& c : cases) EXPECT_EQ(ResidualEntry(c.kind, terms), c.entry) << c.kind;
-  EXPECT_EQ(ResidualEntry('S', {0, 1, -1, -40, 0.001, 0.001}), -32767);
-}
-
 TEST(ExtremeRange, MeanDistanceOfTheOuterEntries) {
   ExtremeRange range(10);
   for (const float value : {1.0F, 7.0F, 3.0F, 5.0F, 2.0F, 8.0F}) range.Add(value);
