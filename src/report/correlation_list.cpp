@@ -14,6 +14,7 @@ namespace vardento {
 namespace {
 
 constexpr int kTitleColumn = 7;
+constexpr int kLinesAround = 8;  // two of the title, four of the head, a rule between and below
 constexpr int kCorrelationWidth = 7;
 constexpr int kNumberWidth = 7;  // of an entry number between blanks
 
@@ -35,7 +36,7 @@ class CorrelationList {
   }
 
   void Put() {
-    PutPageHeading(run_, 1);
+    PutPartHeading(run_, 1, kLinesAround + static_cast<int>(rows_.size()));
     PutTitle();
     PutHead();
     bool before = true;  // it is negative

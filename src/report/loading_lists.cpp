@@ -19,7 +19,7 @@ constexpr int kFitWidth = 19, kWeighedFitWidth = 25;  // measure, mean-squares, 
 constexpr int kNumberWidth = 7;                       // of mark, entry number and a blank
 constexpr int kGroupWidth = 2;
 constexpr int kWeightWidth = 5;
-constexpr int kTitleLines = 4, kHeadLines = 4;
+constexpr int kListLines = 10;  // of a list of one row: titles, head, row and rule
 
 // 5 columns with 2 decimals, of which none are shown for a whole number; the digits stay in place.
 std::string WeightText(float weight) {
@@ -53,20 +53,20 @@ void LoadingLists::PutByLoading(const Component& component) {
     const double x = key(a), y = key(b);
     return (x < 0) != (y < 0) ? y < 0 : std::fabs(x) > std::fabs(y);
   });
-  PutPageHeading(run_, 1);
+  PutPartHeading(run_, 1, kListLines);
   Put(component, kLoading);
   std::ranges::sort(rows_, {}, &Row::entry);
 }
 
 void LoadingLists::PutByMeasure(const Component& component) {
   std::ranges::stable_sort(rows_, std::ranges::greater(), &Row::measure);
-  PutGap(run_, kTitleLines + kHeadLines + 2);
+  PutGap(run_, kListLines);
   Put(component, kMeasure);
   std::ranges::sort(rows_, {}, &Row::entry);
 }
 
 void LoadingLists::PutByEntry(const Component& component) {
-  PutGap(run_, kTitleLines + kHeadLines + 2);
+  PutGap(run_, kListLines);
   Put(component, kEntry);
 }
 

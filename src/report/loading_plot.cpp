@@ -17,6 +17,8 @@ constexpr int kTitleColumn = 9;
 constexpr int kFirstColumn = 9;  // of the cells
 constexpr int kColumns = 67;     // over the measure
 constexpr int kNumberWidth = 4;  // of loadings
+constexpr int kStatementLines = 3;
+constexpr int kLinesAround = 5;  // two rules, the numbers twice, the title
 constexpr int kTooManyRows = 41;
 constexpr double kWidestSpan = 1e6;  // of loadings, whose squares sum to at most their count
 
@@ -88,12 +90,13 @@ void PutStatement(Run& run, const ResidualComponents& found, const Component& co
 void PutLoadingPlot(ReportContext& context, const ResidualComponents& found,
                     const Component& component) {
   Run& run = context.run;
-  PutPageHeading(run, 1);
+  const bool drawn = IsDrawn(component);
+  const LoadingRows rows = drawn ? DecideRows(component) : LoadingRows();
+  PutPartHeading(run, 1, kStatementLines + (drawn ? rows.last + 1 + kLinesAround : 0));
   PutStatement(run, found, component);
-  if (!IsDrawn(component)) return;
+  if (!drawn) return;
   PlotAxis axis{.columns = kColumns, .tickWidth = 6};
   ScalePlotAxis(run.request, axis, context.rangeUnit, context.rangeLow, context.rangeHigh);
-  const LoadingRows rows = DecideRows(component);
   const PlotGrid grid = DrawLoadings(context, found, component, axis, rows);
   const CaptionField caption =
       CentreCaption("FACTOR " + std::to_string(component.number) + " LOADING", rows.last);
