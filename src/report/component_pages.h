@@ -43,7 +43,10 @@ class LoadingLists {
     std::string label;
   };
 
-  void Put(const Component& component, std::string_view order);
+  // Places of rows_ in an order.
+  template <class Key, class Later>
+  std::vector<int> Sorted(Key key, Later isLater) const;
+  void Put(const Component& component, std::string_view order, const std::vector<int>& places);
   void PutTitle(const Component& component, std::string_view order);
   void PutRule(Box left, Box right);
   void PutHead();
@@ -52,7 +55,7 @@ class LoadingLists {
   Run& run_;
   const ResidualComponents& found_;
   bool weighed_, grouped_;
-  std::vector<Row> rows_;
+  std::vector<Row> rows_;  // by entry
   int labelWidth_ = 1;
 };
 

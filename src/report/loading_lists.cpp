@@ -1,9 +1,11 @@
 // The loadings of a component in three orders.
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <string>
 
 #include "measure/entry_values.h"
+#include "measure/shell_sort.h"
 #include "report/component_pages.h"
 #include "report/page.h"
 #include "report/report_columns.h"
@@ -14,6 +16,7 @@ namespace vardento {
 namespace {
 
 constexpr std::string_view kLoading = "LOADING", kMeasure = "MEASURE", kEntry = "ENTRY";
+constexpr double kEqualKeys = 0.0001;
 constexpr int kFactorWidth = 6, kLoadingWidth = 7;
 constexpr int kFitWidth = 19, kWeighedFitWidth = 25;  // measure, mean-squares, weight
 constexpr int kNumberWidth = 7;                       // of mark, entry number and a blank
@@ -47,35 +50,48 @@ LoadingLists::LoadingLists(ReportContext& context, const ResidualComponents& fou
   labelWidth_ = std::min(labelWidth_, kWidestListedLabel);
 }
 
-void LoadingLists::PutByLoading(const Component& component) {
-  const auto key = [&](const Row& row) { return component.loadings[row.entry]; };
-  std::stable_sort(rows_.begin(), rows_.end(), [&](const Row& a, const Row& b) {
-    const double x = key(a), y = key(b);
-    return (x < 0) != (y < 0) ? y < 0 : std::fabs(x) > std::fabs(y);
+// By a key, largest first, closer ones by entry number; then those that `isLater`.
+template <class Key, class Later>
+std::vector<int> LoadingLists::Sorted(Key key, Later isLater) const {
+  std::vector<int> places(rows_.size());
+  std::iota(places.begin(), places.end(), 0);
+  const auto row = [&](int place) -> const Row& { return rows_[static_cast<std::size_t>(place)]; };
+  ShellSort(places, FirstGap(places.size()), [&](int a, int b) {
+    if (isLater(row(a)) != isLater(row(b))) return isLater(row(b));
+    const double difference = key(row(a)) - key(row(b));
+    return std::fabs(difference) < kEqualKeys ? a < b : difference > 0;
   });
+  return places;
+}
+
+void LoadingLists::PutByLoading(const Component& component) {
+  const auto loading = [&](const Row& row) { return component.loadings[row.entry]; };
   PutPartHeading(run_, 1, kListLines);
-  Put(component, kLoading);
-  std::ranges::sort(rows_, {}, &Row::entry);
+  Put(component, kLoading,
+      Sorted([&](const Row& row) { return std::fabs(loading(row)); },
+             [&](const Row& row) { return loading(row) < 0; }));
 }
 
 void LoadingLists::PutByMeasure(const Component& component) {
-  std::ranges::stable_sort(rows_, std::ranges::greater(), &Row::measure);
   PutGap(run_, kListLines);
-  Put(component, kMeasure);
-  std::ranges::sort(rows_, {}, &Row::entry);
+  Put(component, kMeasure,
+      Sorted([](const Row& row) -> double { return row.measure; },
+             [](const Row&) { return false; }));
 }
 
 void LoadingLists::PutByEntry(const Component& component) {
   PutGap(run_, kListLines);
-  Put(component, kEntry);
+  Put(component, kEntry, Sorted([](const Row&) { return 0.0; }, [](const Row&) { return false; }));
 }
 
 // Of those sorted by loading the negative ones stand behind a rule.
-void LoadingLists::Put(const Component& component, std::string_view order) {
+void LoadingLists::Put(const Component& component, std::string_view order,
+                       const std::vector<int>& places) {
   PutTitle(component, order);
   PutHead();
   bool before = true;  // it is negative; so that no rule stands below that of the head
-  for (const Row& row : rows_) {
+  for (const int place : places) {
+    const Row& row = rows_[static_cast<std::size_t>(place)];
     const bool negative = component.loadings[row.entry] < 0;
     const bool parts = order == kLoading && negative && !before;
     before = negative;
