@@ -1,0 +1,147 @@
+// Components of residuals, and the correlations that they are taken of.
+#include "analysis/components.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "analysis/residual_correlations.h"
+#include "analysis/residual_file.h"
+#include "analysis/residual_pairs.h"
+#include "support/simulated_data.h"
+#include "support/whole_run.h"
+
+namespace vardento::test {
+namespace {
+
+PairSums Sum(const std::vector<int>& a, const std::vector<int>& b, bool needsBoth) {
+  PairSums sums;
+  for (std::size_t k = 0; k < a.size(); ++k) {
+    sums.Add(static_cast<std::int16_t>(a[k]), static_cast<std::int16_t>(b[k]), needsBoth);
+  }
+  return sums;
+}
+
+// By hand.
+TEST(CorrelationOf, TakesAMissingPartnerAsNothing) {
+  constexpr int kNone = kNoResidual;
+  struct {
+    const char* name;
+    std::vector<int> a, b;
+    bool needsBoth;
+    double r;
+  } const cases[] = {
+      {"alike", {3, -7, 11}, {3, -7, 11}, false, 1},
+      {"three times", {1, 2, 4}, {3, 6, 12}, false, 1},
+      {"opposite", {32767, -32768 + 1, 5}, {-32767, 32767, -5}, false, -1},
+      {"one constant", {1, 2, 4}, {5, 5, 5}, false, 0},
+      {"one response", {1}, {2}, false, 0},
+      // Deviations -1.5, -.5, .5, 1.5 and -1.5, .5, -.5, 1.5: 4 / 5.
+      {"complete", {1, 2, 3, 4}, {1, 3, 2, 4}, false, 0.8},
+      // The last counts as 0: deviations of 1, -1, 0 with 1, 0 (none), -1: .5.
+      {"a partner missing", {1, -1, 0}, {1, kNone, -1}, false, 0.5},
+      {"both missing", {1, kNone, -1, 0}, {1, kNone, kNone, -1}, false, 0.5},
+      {"both needed", {1, 2, 3, 4, 9, kNone}, {1, 3, 2, 4, kNone, 1}, true, 0.8},
+  };
+  for (const auto& c : cases) {
+    EXPECT_NEAR(CorrelationOf(Sum(c.a, c.b, c.needsBoth)), c.r, 1e-14) << c.name;
+  }
+  EXPECT_EQ(CorrelationOf(Sum({3, -7, 11}, {3, -7, 11}, false)), 1.0);
+}
+
+// 400 persons on 12 items; the last 6 ask for another ability too. A fifth of the responses of some
+// items is missing.
+std::string TwoDimensions(const std::string& variables) {
+  Simulation simulation(11);
+  return SimulatedControl(400, 12, variables, [&](int) {
+    const double ability = 1.2 * simulation.Normal(), other = 1.5 * simulation.Normal();
+    std::string row;
+    for (int i = 1; i <= 12; ++i) {
+      const char c = simulation.Respond(ability + (i > 6 ? other : 0) - SpreadDifficulty(i, 12));
+      row += i % 3 == 0 && simulation.Uniform() < 0.2 ? '.' : c;
+    }
+    return row;
+  });
+}
+
+std::vector<double> ReadCorrelations(Run& run, Facet facet) {
+  CorrelationStore& store = run.stores.CorrelationsOf(facet);
+  const std::size_t n = store.entries.size();
+  std::vector<double> all(n * (n - 1) / 2);
+  for (std::size_t t = 0; t < all.size(); ++t) {
+    EXPECT_EQ(store.file.Read(static_cast<int>(t + 1), &all[t]), kIoOk);
+  }
+  return all;
+}
+
+// What is taken of the run's memory already: less than any further byte needs.
+std::size_t TakenMemory(Run& run) {
+  std::size_t low = 0, high = std::size_t{1} << 40;
+  while (low + 1 < high) {
+    const std::size_t limit = (low + high) / 2;
+    run.memory.SetLimit(limit);
+    MemoryBlock block;
+    (block.Allocate(run.memory, 1) ? high : low) = limit;
+  }
+  return low;
+}
+
+// Whatever the memory, to the last bit: the matrix, a row of it or nothing; correlations in memory
+// or on disk.
+TEST(Components, AreTheSameOnEveryRoad) {
+  for (const char* kind : {"S", "O"}) {
+    WholeRun whole;
+    auto& run = whole.run;
+    whole.directory.Write("control.txt", TwoDimensions(std::string("PRCOMP=") + kind));
+    ASSERT_EQ(whole.Execute({"TABLES=0"}), 0);
+    const std::size_t taken = TakenMemory(run);
+    run.SetBatchMode(false);
+    std::vector<double> persons, items;
+    std::vector<Component> components;
+    // What a request of the matrix (2 x 12 x 400), of a row and of the triangle is granted.
+    struct {
+      std::size_t room;
+      int notices;
+    } const roads[] = {{SIZE_MAX / 2, 0}, {9599, 1}, {799, 2}, {23, 2}};
+    for (const auto& road : roads) {
+      run.memory.SetLimit(taken + road.room);
+      run.stores.ForgetResiduals();
+      whole.console.lines.clear();
+      ASSERT_TRUE(CorrelateResiduals(run, Facet::Persons));
+      const std::vector<double> found = ReadCorrelations(run, Facet::Persons);
+      if (persons.empty()) persons = found;
+      EXPECT_EQ(found, persons) << kind << road.room;
+      whole.console.lines.clear();
+      const ResidualComponents extracted = FindComponents(run, Facet::Items);
+      if (items.empty()) {
+        items = ReadCorrelations(run, Facet::Items);
+        components = extracted.components;
+        ASSERT_GE(components.size(), 2U);
+        // The two sets of items stand against each other once the measures are taken out.
+        for (int i = 2; i <= 12; ++i) {
+          const bool withFirst = components[0].loadings[i] * components[0].loadings[1] > 0;
+          EXPECT_EQ(withFirst, kind[0] == 'O' || i <= 6) << kind << i;
+        }
+      }
+      EXPECT_EQ(ReadCorrelations(run, Facet::Items), items) << kind << road.room;
+      const auto notices = std::count_if(
+          whole.console.lines.begin(), whole.console.lines.end(), [](const std::string& line) {
+            return line.find("not available, using disk work file") != std::string::npos;
+          });
+      EXPECT_EQ(notices, road.notices) << road.room;
+      if (road.room < 480) continue;  // no room for the vectors: told instead
+      ASSERT_EQ(extracted.components.size(), components.size());
+      for (std::size_t c = 0; c < components.size(); ++c) {
+        EXPECT_EQ(extracted.components[c].eigenvalue, components[c].eigenvalue);
+        EXPECT_TRUE(std::equal(components[c].loadings.begin(), components[c].loadings.end(),
+                               extracted.components[c].loadings.begin()));
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vardento::test
