@@ -72,8 +72,13 @@ void PrintComponents(ReportContext& context) {
 }
 
 void PrintLargestCorrelations(ReportContext& context) {
+  Run& run = context.run;
   const Facet facet = context.needs.subject;
-  PutCorrelations(context.run, facet, LargestCorrelations(context.run, facet));
+  // Behind the components they have been tried already: what went wrong is told once.
+  const bool alone = run.request.Set(1) != ' ' && run.request.Value(1) != 0;
+  const bool made =
+      alone ? CorrelateResiduals(run, facet) : run.stores.CorrelationsOf(facet).complete;
+  if (made) PutCorrelations(run, facet, LargestCorrelations(run, facet));
 }
 
 }  // namespace vardento
