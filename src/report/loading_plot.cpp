@@ -20,7 +20,8 @@ constexpr int kNumberWidth = 4;  // of loadings
 constexpr int kStatementLines = 3;
 constexpr int kLinesAround = 5;  // two rules, the numbers twice, the title
 constexpr int kTooManyRows = 41;
-constexpr double kWidestSpan = 1e6;  // of loadings, whose squares sum to at most their count
+constexpr double kFarthest =
+    1e6;  // no loading gets there: their squares sum to at most their count
 
 // The rows of a plot: whole steps of the loading, so that 0 falls on a row where the plot has it.
 struct LoadingRows {
@@ -50,8 +51,8 @@ LoadingRows DecideRows(const Component& component) {
 }
 
 bool IsDrawn(const Component& component) {
-  const double span = component.largest - component.smallest;
-  return span > 0 && span < kWidestSpan;
+  const double low = component.smallest, high = component.largest;
+  return -kFarthest < low && low < high && high < kFarthest;
 }
 
 PlotGrid DrawLoadings(const ReportContext& context, const ResidualComponents& found,

@@ -136,6 +136,7 @@ TEST(LoadingPlot, IsNotDrawnOfEqualOrAbsurdLoadings) {
   for (const double other : {.5, 1e300, std::numeric_limits<double>::quiet_NaN()}) {
     ComponentRun small(2, 2, {.5, .5});
     small.component.largest = other;
+    if (other > 1e20) small.component.smallest = other * (1 - 1e-15);
     small.component.eigenvalue = 0;
     EXPECT_THAT(small.Plot(),
                 testing::ElementsAre(HasSubstr("FACTOR PLOT"), HasSubstr("extracts .0 units"),
