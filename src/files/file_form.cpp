@@ -27,13 +27,16 @@ bool IsListToRead(const ControlSettings& settings, const std::string& name) {
 }  // namespace
 
 std::string clean_csv_line(std::string_view line, char csv) {
-  std::string clean;
+  line = TrimRight(line);
+  std::string clean(line.size(), ' ');
+  std::size_t length = 0;
   bool quoted = false;
-  for (const char c : TrimRight(line)) {
+  for (const char c : line) {
     if (c == '"') quoted = !quoted;
-    if (!quoted && c == ' ') continue;
-    clean.push_back(!quoted && c == ',' && csv == 'T' ? '\t' : c);
+    clean[length] = !quoted && c == ',' && csv == 'T' ? '\t' : c;
+    if (quoted || c != ' ') ++length;
   }
+  clean.resize(length);
   return clean;
 }
 

@@ -82,11 +82,9 @@ TEST(ObservationFile, CertainResponsesStayFinite) {
   base.SetResponses(1, "01");
   base.SetResponses(2, "01");
   small.run.DraftSettings().CSV = 'Y';
-  const auto lines = small.Lines({.chosen = "    xxxx x     "});
-  EXPECT_EQ(lines.at(2).substr(0, 14), "\"1.000\",\".000\"");
-  EXPECT_THAT(lines.at(2), testing::EndsWith("\"-1.000\",\"-30.000\""));
-  EXPECT_EQ(lines.at(3), "\"1.000\",\".000\",\".000\",\".000\",\".000\"");
-  for (const std::string& line : lines) EXPECT_EQ(line.find_first_of("*ni"), std::string::npos);
+  const auto lines = small.Lines({.chosen = "    xx x x     "});
+  EXPECT_EQ(lines.at(2), "\"1.000\",\".000\",\"-1.000\",\"-30.000\"");
+  EXPECT_EQ(lines.at(3), "\"1.000\",\".000\",\".000\",\".000\"");
 }
 
 // A run over all models, with extreme, deleted and empty entries, unused codes between the used
