@@ -56,7 +56,6 @@ class ObservationFile {
  public:
   ObservationFile(Run& run, const ObservationFields& fields)
       : run_(run),
-        fields_(fields),
         persons_(fields.Has(ObservationFields::kOnePerson), fields.person, run.NPERS),
         items_(fields.Has(ObservationFields::kOneItem), fields.item, run.settings.NI),
         withMissing_(fields.Has(ObservationFields::kMissing)),
@@ -191,7 +190,6 @@ class ObservationFile {
   }
 
   Run& run_;
-  const ObservationFields& fields_;
   EntryRange persons_, items_;
   bool withMissing_, withExtreme_, withCode_;
   std::vector<Column> columns_;     // those chosen
