@@ -60,37 +60,43 @@ void PutAxisRule(ReportLine& line, const PlotAxis& axis, int first, Box left, Bo
   line.Repeat(right, 1);
 }
 
+void PutPlotRow(ReportLine& line, const PlotGrid& grid, int row, int first, char caption,
+                std::string_view number) {
+  const Box side = number.empty() ? Box::Vertical : Box::Cross;
+  line.At(kCaptionColumn).Repeat(caption, 1).Text(number).At(first - 1).Repeat(side, 1);
+  grid.PutRow(line, row);
+  line.Repeat(side, 1);
+}
+
+void PutAxisTitle(ReportLine& line, const PlotAxis& axis, int first, std::string_view title) {
+  const int spare = axis.columns + 1 - TextWidth(title);
+  line.At(std::max(first + spare / 2, kCaptionColumn)).Text(title);
+}
+
 void PutCharacterPlot(Run& run, const PlotGrid& grid, const PlotFrame& frame) {
   const int height = std::max(grid.LastRow(), 1);
   // The caption runs from the rule above the rows to the one below them.
   const CaptionField caption = CentreCaption(frame.caption, grid.LastRow() + 2);
   std::size_t next = 0;
-  const auto beginLine = [&] {
-    ReportLine line;
-    if (next < caption.size()) line.At(kCaptionColumn).Repeat(caption[next++], 1);
-    return line;
-  };
-  ReportLine line = beginLine();
+  const auto nextOfCaption = [&] { return next < caption.size() ? caption[next++] : ' '; };
+  ReportLine line;
+  line.At(kCaptionColumn).Repeat(nextOfCaption(), 1);
   PutAxisRule(line, frame.axis, kFirstColumn, Box::TopLeft, Box::TopRight);
   PutReportLine(run, line);
   for (int row = grid.LastRow(); row >= 0; --row) {
-    line = beginLine();
-    const std::string number = NumberAtRow(row, height, frame);
-    const Box side = number.empty() ? Box::Vertical : Box::Cross;
-    line.Text(number).At(kFirstColumn - 1).Repeat(side, 1);
-    grid.PutRow(line, row);
-    line.Repeat(side, 1);
+    line.Clear();
+    PutPlotRow(line, grid, row, kFirstColumn, nextOfCaption(), NumberAtRow(row, height, frame));
     PutReportLine(run, line);
   }
-  line = beginLine();
+  line.Clear();
+  line.At(kCaptionColumn).Repeat(nextOfCaption(), 1);
   PutAxisRule(line, frame.axis, kFirstColumn, Box::BottomLeft, Box::BottomRight);
   PutReportLine(run, line);
   line.Clear();
   PutAxisNumbers(line, frame.axis, frame.low, kFirstColumn);
   PutReportLine(run, line);
   line.Clear();
-  const int spare = frame.axis.columns + 1 - TextWidth(frame.axisLabel);
-  line.At(std::max(kFirstColumn + spare / 2, kCaptionColumn)).Text(frame.axisLabel);
+  PutAxisTitle(line, frame.axis, kFirstColumn, frame.axisLabel);
   PutReportLine(run, line);
 }
 

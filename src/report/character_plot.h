@@ -32,4 +32,11 @@ void PutAxisNumbers(ReportLine& line, const PlotAxis& axis, float low, int first
 // other corner.
 void PutAxisRule(ReportLine& line, const PlotAxis& axis, int first, Box left, Box right);
 
+// A row of a plot: a character of its caption, the row's number at the left if it has one, and the
+// cells from column `first` of the line on, between sides that are crosses where there is a number.
+void PutPlotRow(ReportLine& line, const PlotGrid& grid, int row, int first, char caption,
+                std::string_view number);
+// What the axis below a plot is, in the middle of the plot's columns.
+void PutAxisTitle(ReportLine& line, const PlotAxis& axis, int first, std::string_view title);
+
 }  // namespace vardento

@@ -17,8 +17,7 @@
 namespace vardento {
 namespace {
 
-constexpr int kFirstColumn = 9;  // of the cells
-constexpr int kCaptionColumn = 2;
+constexpr int kFirstColumn = 9;   // of the cells
 constexpr int kTitleColumn = 35;  // of the words below a plot
 constexpr int kNumberWidth = 4;   // of the numbers of the fit
 constexpr int kMostRows = 40;
@@ -101,12 +100,10 @@ class FitPlotter {
     for (int row = rows_.last; row >= 0; --row) {
       const std::string number =
           fit_.scale == FitScale::Logarithms ? MeanSquareAtRow(rows_, row) : UnitAtRow(rows_, row);
-      const Box side = number.empty() ? Box::Vertical : Box::Cross;
       ReportLine line;
-      line.At(kCaptionColumn).Repeat(caption[static_cast<std::size_t>(rows_.last - row)], 1);
-      line.Text(number).At(kFirstColumn - 1).Repeat(side, 1);
-      grid_.PutRow(line, row);
-      line.Repeat(side, 1).Text(number);
+      PutPlotRow(line, grid_, row, kFirstColumn,
+                 caption[static_cast<std::size_t>(rows_.last - row)], number);
+      line.Text(number);
       PutReportLine(context_.run, line);
     }
   }
@@ -136,22 +133,11 @@ std::string JoinWords(std::initializer_list<std::string_view> words) {
   return text;
 }
 
-// The mean measure, drawn up where it lies on the plot.
-void MarkMean(FitPlotter& plot, float mean) {
-  const int column = plot.ColumnOf(mean);
-  for (int row = 0; row <= plot.Rows().last && plot.Grid().Holds(column, row); ++row) {
-    plot.Grid().FillBlank(column, row, '|');
-  }
-}
-
 // The guides of the fit, drawn across between the lowest row and the highest.
 void MarkGuides(FitPlotter& plot, const FitAxis& fit) {
   for (const float guide : fit.guides) {
     const int row = plot.Rows().Nearest(guide);
-    if (row <= 0 || row >= plot.Rows().last) continue;
-    for (int column = 0; column <= plot.Grid().LastColumn(); ++column) {
-      plot.Grid().FillBlank(column, row, '-');
-    }
+    if (row > 0 && row < plot.Rows().last) plot.Grid().FillBlankRow(row, '-');
   }
 }
 
@@ -169,7 +155,7 @@ void PrintFitOverMeasure(ReportContext& context, float FitPoint::*statistic,
   for (const FitPoint& point : CollectFitPoints(run, facet, EntriesOf(list))) {
     plot.PutEntry(point.entry, point.measure, point.*statistic);
   }
-  MarkMean(plot, SummaryOf(run.results, facet).measure.mean);
+  plot.Grid().FillBlankColumn(plot.ColumnOf(SummaryOf(run.results, facet).measure.mean), '|');
   MarkGuides(plot, fit);
 
   const std::string subject = SubjectOf(context);

@@ -59,6 +59,14 @@ void PlotGrid::FillBlank(int column, int row, char mark) {
   if (cell == ' ') cell = mark;
 }
 
+void PlotGrid::FillBlankColumn(int column, char mark) {
+  for (int row = 0; Holds(column, row); ++row) FillBlank(column, row, mark);
+}
+
+void PlotGrid::FillBlankRow(int row, char mark) {
+  for (int column = 0; Holds(column, row); ++column) FillBlank(column, row, mark);
+}
+
 void PlotGrid::PutCurve(int column, int row, char mark) {
   char& cell = cells_[Place(column, row)];
   cell = cell == ' ' || cell == mark ? mark : '*';

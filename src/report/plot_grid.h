@@ -36,6 +36,9 @@ class PlotGrid {
 
   // A blank cell takes the mark; others stay.
   void FillBlank(int column, int row, char mark);
+  // The same for all cells of a column or a row; nothing where that isn't on the grid.
+  void FillBlankColumn(int column, char mark);
+  void FillBlankRow(int row, char mark);
   // A point of a curve: over another curve's mark it becomes "*".
   void PutCurve(int column, int row, char mark);
   // An entry by its letter or digit, or ' ' for one of a crowd that is only counted: in the first

@@ -28,6 +28,18 @@ ReportLine BoxRule(Box left, int count, Box right) {
   return line;
 }
 
+ReportLine BoxRule(Box left, std::initializer_list<int> widths, Box right) {
+  ReportLine line;
+  line.At(2);
+  Box joint = left;
+  for (const int width : widths) {
+    line.Repeat(joint, 1).Repeat(Box::Horizontal, width);
+    joint = Box::Cross;
+  }
+  line.Repeat(right, 1);
+  return line;
+}
+
 ReportLine SeparationRow(std::string_view kind, const SeparationValues& values,
                          const SeparationForm& form) {
   ReportLine line;

@@ -2,6 +2,7 @@
 // standardised value looks is said here and nowhere else.
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -27,6 +28,8 @@ inline std::string_view FitWord(const ControlSettings& settings) {
 void PutBar(ReportLine& line, int column);
 // A rule from column 2 on: a corner or tee, `count` horizontals, a corner or tee.
 ReportLine BoxRule(Box left, int count, Box right);
+// The same over columns of these widths, with crosses between them.
+ReportLine BoxRule(Box left, std::initializer_list<int> widths, Box right);
 
 // The separation row of a summary box: `kind` is " REAL" or "MODEL"; the label takes at most
 // `labelWidth` columns from 56 on and the bar stands at `barColumn`. `padLabel`: the label always

@@ -6,6 +6,7 @@
 #include "measure/variable_map.h"
 #include "report/bias_table.h"
 #include "report/category_pages.h"
+#include "report/components_table.h"
 #include "report/fit_plots.h"
 #include "report/measure_table.h"
 #include "report/misfit_listings.h"
@@ -133,10 +134,10 @@ constexpr TableRow kTables[] = {
     {20, 3, AtLeast3IfAsked, Always, PrintSampleNorms, kPersons},
     {21, 1, Any, Always, PrintCategoryCurves, kCurves},
     {22, 1, Any, Always, Later, kItems},
-    {23, 1, IsZeroOr<1>, Always, Later, kItemResiduals},
-    {23, 2, IsZeroOr<2>, Always, Later, kItemResiduals},
-    {24, 1, IsZeroOr<1>, Always, Later, kPersonResiduals},
-    {24, 2, IsZeroOr<2>, Always, Later, kPersonResiduals},
+    {23, 2, IsZeroOr<2>, Always, PrintComponents, kItemResiduals},
+    {23, 1, IsZeroOr<1>, Always, PrintLargestCorrelations, kItemResiduals},
+    {24, 2, IsZeroOr<2>, Always, PrintComponents, kPersonResiduals},
+    {24, 1, IsZeroOr<1>, Always, PrintLargestCorrelations, kPersonResiduals},
     {25, 1, AtMost1, Always, PrintInDisplacementOrder, kItems},
     {25, 2, IsZeroOr<2>, Chart, Later, kItems},
     {25, 3, IsZeroOr<3>, Frequencies, Later, kItems},

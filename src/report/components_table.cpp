@@ -1,0 +1,84 @@
+#include "report/components_table.h"
+
+#include <string>
+
+#include "report/component_pages.h"
+#include "report/measure_range.h"
+#include "report/page.h"
+#include "report/report_columns.h"
+
+namespace vardento {
+namespace {
+
+constexpr int kRatioColumn = 9;
+
+}  // namespace
+
+std::string_view ResidualWord(char kind) {
+  switch (kind) {
+    case 'R':
+      return "RESIDUAL";
+    case 'L':
+      return "LOGIT RESIDUAL";
+    case 'O':
+      return "OBSERVATION";
+    case 'K':
+      return "LIKELIHOOD";
+    case 'H':
+      return "LOG-LIKELIHOOD";
+    case 'G':
+      return "LOGIT-LIKELIHOOD";
+    default:
+      return "STANDARDIZED RESIDUAL";
+  }
+}
+
+void PutSqueezedLine(Run& run, int column, std::string_view text) {
+  std::string squeezed;
+  for (const char c : text) {
+    if (c != ' ' || squeezed.empty() || squeezed.back() != ' ') squeezed.push_back(c);
+  }
+  ReportLine line;
+  line.At(column).Text(squeezed);
+  PutReportLine(run, line);
+}
+
+void PutVarianceRatios(Run& run, const ResidualComponents& found, const Component& component) {
+  if (run.inForce.PRCOMP == 'O') return;  // observations hold what the measures explain, too
+  const auto ratio = [](double value) { return PlainNumber(value, 8, 1); };
+  std::string text = "Yardstick/This Factor ratio: ";
+  text += ratio(found.FactorRatio(component)) + "/1   Yardstick/Total Noise ratio: ";
+  text += ratio(found.NoiseRatio()) + "/1";
+  PutSqueezedLine(run, kRatioColumn, text);
+}
+
+void PutGap(Run& run, int lines) {
+  if (!CheckPageBreak(run, run.report.LinesOnPage + 1 + lines)) PutBlankLine(run);
+}
+
+void PrintComponents(ReportContext& context) {
+  Run& run = context.run;
+  const ResidualComponents found = FindComponents(run, context.needs.subject);
+  if (found.components.empty()) return;
+  MeasureRange(context, run.arrays.CategoryHalfPoint);
+  LoadingLists lists(context, found);
+  for (const Component& component : found.components) {
+    PutLoadingPlot(context, found, component);
+    lists.PutByLoading(component);
+    PutContrasts(run, found.facet, component);
+    lists.PutByMeasure(component);
+    lists.PutByEntry(component);
+  }
+}
+
+void PrintLargestCorrelations(ReportContext& context) {
+  Run& run = context.run;
+  const Facet facet = context.needs.subject;
+  // Behind the components they have been tried already: what went wrong is told once.
+  const bool alone = run.request.Set(1) != ' ' && run.request.Value(1) != 0;
+  const bool made =
+      alone ? CorrelateResiduals(run, facet) : run.stores.CorrelationsOf(facet).complete;
+  if (made) PutCorrelations(run, facet, LargestCorrelations(run, facet));
+}
+
+}  // namespace vardento
