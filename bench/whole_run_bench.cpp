@@ -40,6 +40,7 @@ struct DataSet {
   // A list variable that is given a line for each person; its reading is part of the intake.
   const char* list = nullptr;
   const char* tables = "001000000100010";
+  const char* files = "PFILE=p.txt\nIFILE=i.txt\n";
 };
 constexpr int kLink = 5;
 
@@ -49,6 +50,9 @@ constexpr DataSet kDataSets[] = {
     // output_s against prox_s + ucon_s + fit_s: what all Tables cost beside the estimation.
     {"20000x40_all_tables", 20000, 40, 5, 0.0, 1, false, nullptr,
      "1111111111111111111111111111111"},
+    // Of 5 million observations: output_s against that of the first case, which has the same data.
+    {"100000x50_observations", 100000, 50, 2, 0.0, 1, false, nullptr, "001000000100010",
+     "PFILE=p.txt\nIFILE=i.txt\nXFILE=x.txt\nRFILE=r.txt\n"},
     {"50000x100_missing", 50000, 100, 2, 0.3},
     {"100000x50_deletions", 100000, 50, 2, 0.0, 1, false, "PDFILE"},
     {"100000x50_anchors", 100000, 50, 2, 0.0, 1, false, "PAFILE"},
@@ -138,8 +142,8 @@ void WriteDataSet(const DataSet& set, const std::string& directory) {
   std::ofstream control(directory + "/control.txt");
   control << "TITLE=Benchmark\nDATA=data.txt\nNAME1=1\nNAMLEN=8\nITEM1=11\nNI=" << set.items
           << "\nCODES=" << std::string("01234").substr(0, static_cast<std::size_t>(set.categories))
-          << "\nTABLES=" << set.tables << "\nPFILE=p.txt\nIFILE=i.txt\n"
-          << "INUMB=Y\n";
+          << "\nTABLES=" << set.tables << "\n"
+          << set.files << "INUMB=Y\n";
   if (set.list != nullptr) {
     WriteList(set, directory);
     control << set.list << "=list.txt\n";

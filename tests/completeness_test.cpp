@@ -84,7 +84,8 @@ TEST(Completeness, EveryTableAndFileHasAWholeRun) {
     EXPECT_NE(expected.find(std::string("TABLE ") + table + " "), std::string::npos) << table;
   }
   for (const char* form : {".txt", ".csv", ".tab"}) {
-    for (const char* file : {"persons", "items", "steps", "itemsteps", "scores"}) {
+    for (const char* file :
+         {"persons", "items", "steps", "itemsteps", "scores", "observations", "scored"}) {
       EXPECT_NE(names.find(std::string("\n") + file + form + "\n"), std::string::npos)
           << file << form;
     }

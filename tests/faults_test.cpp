@@ -18,8 +18,10 @@ using testing::HasSubstr;
 constexpr char kLines[] =
     "CODES=012\nTITLE=Faults\nTABLES=00100100000000000100\nINUMB=N\n"
     "MFORMS=*\nD=data.txt\nP1-6=1-6\nI1-5=8\n*\nEDFILE=*\n1 1 0\n*\nPDFILE=*\n2\n*\n"
-    "IAFILE=*\n1 0\n*\nPFILE=p.txt\nIFILE=i.txt\nSFILE=s.txt\nISFILE=is.txt";
-constexpr const char* kResults[] = {"report.txt", "p.txt", "i.txt", "s.txt", "is.txt"};
+    "IAFILE=*\n1 "
+    "0\n*\nPFILE=p.txt\nIFILE=i.txt\nSFILE=s.txt\nISFILE=is.txt\nRFILE=r.txt\nXFILE=x.txt";
+constexpr const char* kResults[] = {"report.txt", "p.txt", "i.txt", "s.txt",
+                                    "is.txt",     "r.txt", "x.txt"};
 
 struct Result {
   int exit = -1;

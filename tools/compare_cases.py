@@ -521,6 +521,12 @@ SCFILE=sc.txt RFILE=r.txt XFILE=x.txt GRFILE=gr.txt
 SCFILE=sc.txt CSV=Y UDECIM=4 USCALE=-10 UMEAN=50
 SCFILE=sc.txt CSV=T HLINES=N IWEIGHT=<1 0|2-4 .5|5 1000000000>
 SCFILE=control.txt
+XFILE=x.txt RFILE=r.txt CSV=N IDFILE=<2> PDFILE=<3-5|9> IWEIGHT=<1 2|3 .5>
+XFILE=x.txt RFILE=r.txt CSV=Y MODELS=S STKEEP=N CUTLO=-1.5
+XFILE=x.txt RFILE=r.txt CSV=T HLINES=N MODELS=F USCALE=-10 STBIAS=Y
+XFILE=x.txt RFILE=r.txt CSV=Y PAFILE=<1 .5|4-9 -1|11 2> GROUPS=0
+XFILE=responses.txt RFILE=nowhere/r.txt
+RFILE=steps.txt SAFILE=steps.txt
 DISFILE=dis.txt ICORFILE=ic.txt PCORFILE=pc.txt GUFILE=gu.txt SIFILE=si.txt
 
 # runs that end early or in doubt

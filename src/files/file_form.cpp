@@ -1,7 +1,11 @@
 #include "files/file_form.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <variant>
 
+#include "control/keyword_table.h"
+#include "platform/directories.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
 #include "text/number_text.h"
@@ -11,16 +15,28 @@ namespace {
 
 constexpr int kLabelLength = 12;
 
+// Some lists are only read when the first output files are written, or the last.
+bool IsListToRead(const ControlSettings& settings, const std::string& name) {
+  return std::ranges::any_of(KeywordTable(), [&](const KeywordRow& row) {
+    const auto* const list = std::get_if<std::string ControlSettings::*>(&row.target);
+    return row.kind == KeywordKind::ListFile && list != nullptr && !(settings.**list).empty() &&
+           IsSamePlainFile(name, settings.**list);
+  });
+}
+
 }  // namespace
 
 std::string clean_csv_line(std::string_view line, char csv) {
-  std::string clean;
+  line = TrimRight(line);
+  std::string clean(line.size(), ' ');
+  std::size_t length = 0;
   bool quoted = false;
-  for (const char c : TrimRight(line)) {
+  for (const char c : line) {
     if (c == '"') quoted = !quoted;
-    if (!quoted && c == ' ') continue;
-    clean.push_back(!quoted && c == ',' && csv == 'T' ? '\t' : c);
+    clean[length] = !quoted && c == ',' && csv == 'T' ? '\t' : c;
+    if (quoted || c != ' ') ++length;
   }
+  clean.resize(length);
   return clean;
 }
 
@@ -30,11 +46,16 @@ std::string_view HeadTitle(const Run& run, std::size_t length) {
   return TrimRight(std::string_view(run.settings.TITLE).substr(0, length));
 }
 
-bool OutputFile::Open(const std::string& name) {
-  name_ = name;
+bool OutputFile::Open(const std::string& name, std::string_view variable) {
+  name_ = std::string(variable).append(name);
   // A slip of the pen must not cost the user the Control File, the data or the report.
-  if (run_.files.IsKept(name)) return Check(EEXIST, 'O');
-  return Check(writer_.Open(std::string(TrimRight(name)), FileMode::Replace), 'O');
+  int status = EEXIST;
+  if (!run_.files.IsKept(name) && !IsListToRead(run_.settings, name)) {
+    status = writer_.Open(std::string(TrimRight(name)), FileMode::Replace);
+  }
+  if (!Check(status, 'O')) return false;
+  name_ = name;
+  return true;
 }
 
 bool OutputFile::Refuse(const std::string& name, int status) {

@@ -3,6 +3,8 @@
 #include <iterator>
 
 #include "files/measure_files.h"
+#include "files/observation_file.h"
+#include "files/response_file.h"
 #include "files/score_file.h"
 #include "files/step_files.h"
 #include "run/messages.h"
@@ -14,7 +16,7 @@ using Settings = ControlSettings;
 constexpr auto Later = nullptr;
 
 constexpr OutputFileRow kOutputFiles[] = {
-    {'R', "Scored Response File: RFILE=", &Settings::RFILE, Later, OutputStage::Intake},
+    {'R', "Scored Response File: RFILE=", &Settings::RFILE, WriteResponseFile, OutputStage::Intake},
     {'P', "Person Measure File: PFILE=", &Settings::PFILE, WritePersonMeasureFile},
     {'I', "Item Measure File: IFILE=", &Settings::IFILE, WriteItemMeasureFile},
     {'S', "Step Measure File: SFILE=", &Settings::SFILE, WriteStepFile},
@@ -26,7 +28,7 @@ constexpr OutputFileRow kOutputFiles[] = {
     {'2', "Person Correlation File: PCORFILE=", &Settings::PCORFILE, Later},
     {'Y', "Guttmanized file: GUFILE=", &Settings::GUFILE, Later},
     {'Z', "Simulated data file: SIFILE=", &Settings::SIFILE, Later},
-    {'X', "Observation & Expectation File: XFILE=", &Settings::XFILE, Later},
+    {'X', "Observation & Expectation File: XFILE=", &Settings::XFILE, WriteObservationFile},
 };
 
 void KeepApart(Run& run, std::string_view first, const RunFile* second) {

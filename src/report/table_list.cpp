@@ -4,6 +4,7 @@
 #include <string>
 
 #include "measure/variable_map.h"
+#include "report/bias_table.h"
 #include "report/category_pages.h"
 #include "report/components_table.h"
 #include "report/fit_plots.h"
@@ -146,8 +147,8 @@ constexpr TableRow kTables[] = {
     {27, 1, Any, Always, Later, kItems},
     {28, 1, Any, Always, Later, kPersons},
     {29, 1, Any, Always, Later, kItems},
-    {30, 1, Any, Always, Later, kItems},
-    {31, 1, Any, Always, Later, kPersons},
+    {30, 1, Any, Always, PrintBias, kItems},
+    {31, 1, Any, Always, PrintBias, kPersons},
 };
 static_assert(std::ranges::is_sorted(kTables, {}, &TableRow::table), "RowsOf searches it");
 static_assert(std::ranges::adjacent_find(kTables,

@@ -31,6 +31,8 @@ struct VariablesInForce {
         PWEIGHT(given.PWEIGHT),
         IMAP(given.IMAP),
         PMAP(given.PMAP),
+        DIF(given.DIF),
+        DPF(given.DPF),
         ITLEN(given.ITLEN),
         pointBiserial(given.PTBIS),
         PRCOMP(given.PRCOMP),
@@ -40,6 +42,7 @@ struct VariablesInForce {
   // File, values taken from labels.
   std::string DATA, ILFILE, IAFILE, PAFILE, IWEIGHT, PWEIGHT;
   std::string IMAP, PMAP;  // blank when they can't be read
+  std::string DIF, DPF;    // DIF= is blank once a file of either can't be read
   int ITLEN = 0;           // not above the longest label
   ScoringInForce scoring;
   bool pointBiserial = false;  // PTBIS=, unless there was no memory for it

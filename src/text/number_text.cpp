@@ -12,33 +12,36 @@ constexpr float kLargestShown = 2147483648.0F;
 
 std::size_t SizeOf(int width) { return static_cast<std::size_t>(std::max(width, 0)); }
 
-// A blank field of `width` with the digits of `value` set from the right; high digits are lost.
-std::string SetDigits(unsigned long long value, int width) {
-  std::string field(SizeOf(width), ' ');
-  std::size_t place = field.size();
-  do {
-    if (place == 0) break;
-    field[--place] = static_cast<char>('0' + value % 10);
-    value /= 10;
-  } while (value > 0);
-  return field;
+// Appends a blank field; good until the text grows again.
+char* AppendBlanks(std::string& text, std::size_t size) {
+  text.append(size, ' ');
+  return text.data() + (text.size() - size);
 }
 
-// Puts "-" in front of the first character that is not blank, or into column 1.
-void SetSign(std::string& field) {
-  const std::size_t first = std::min(field.find_first_not_of(' '), field.size());
-  if (!field.empty()) field[first == 0 ? 0 : first - 1] = '-';
+char DigitOf(unsigned long long value) { return static_cast<char>('0' + value % 10); }
+
+// Sets the digits of `value` in front of `place`, none for 0; high digits that do not fit are lost.
+// Returns the place of the first.
+std::size_t SetDigits(char* field, std::size_t place, unsigned long long value) {
+  for (; value > 0 && place > 0; value /= 10) field[--place] = DigitOf(value);
+  return place;
 }
+
+// Puts "-" in front of the first place in use, or into column 1.
+void SetSign(char* field, std::size_t first) { field[first == 0 ? 0 : first - 1] = '-'; }
 
 unsigned long long Magnitude(long long value) {
   return value < 0 ? 0ULL - static_cast<unsigned long long>(value)
                    : static_cast<unsigned long long>(value);
 }
 
-std::string signed_digits(long long value, int width) {
-  std::string field = SetDigits(Magnitude(value), width);
-  if (value < 0) SetSign(field);
-  return field;
+void AppendWhole(std::string& line, long long value, int width) {
+  const std::size_t size = SizeOf(width);
+  if (size == 0) return;
+  char* const field = AppendBlanks(line, size);
+  field[size - 1] = DigitOf(Magnitude(value));
+  const std::size_t first = SetDigits(field, size - 1, Magnitude(value) / 10);
+  if (value < 0) SetSign(field, first);
 }
 
 int DecimalsOf(std::string_view format) {
@@ -61,20 +64,38 @@ unsigned long long RoundScaled(double magnitude, double scale) {
 
 }  // namespace
 
-std::string number_text(float value, int width, std::string_view format) {
-  if (!(std::fabs(value) <= kLargestShown)) return std::string(SizeOf(width), '*');
-  const int decimals = std::min(DecimalsOf(format), std::max(width - 1, 0));
+void AppendNumber(std::string& line, float value, int width, int decimals) {
+  const std::size_t size = SizeOf(width);
+  if (!(std::fabs(value) <= kLargestShown)) {
+    line.append(size, '*');
+    return;
+  }
+  decimals = std::min(decimals, std::max(width - 1, 0));
   for (int i = 0; i < decimals; ++i) value *= 10.0F;
   const long long rounded = std::llround(value);
-  if (decimals == 0) return signed_digits(rounded, width);
-  std::string field = SetDigits(Magnitude(rounded), width - 1);
-  field.insert(field.size() - static_cast<std::size_t>(decimals), 1, '.');
-  std::replace(field.end() - decimals, field.end(), ' ', '0');
-  if (rounded < 0) SetSign(field);
+  if (decimals <= 0) return AppendWhole(line, rounded, width);
+  char* const field = AppendBlanks(line, size);
+  unsigned long long rest = Magnitude(rounded);
+  std::size_t place = size;
+  for (int i = 0; i < decimals; ++i, rest /= 10) field[--place] = DigitOf(rest);
+  field[--place] = '.';
+  place = SetDigits(field, place, rest);
+  if (rounded < 0) SetSign(field, place);
+}
+
+void AppendInteger(std::string& line, int value, int width) { AppendWhole(line, value, width); }
+
+std::string number_text(float value, int width, std::string_view format) {
+  std::string field;
+  AppendNumber(field, value, width, DecimalsOf(format));
   return field;
 }
 
-std::string integer_text(int value, int width) { return signed_digits(value, width); }
+std::string integer_text(int value, int width) {
+  std::string field;
+  AppendInteger(field, value, width);
+  return field;
+}
 
 std::string FixedText(float value, std::string_view format, int width) {
   constexpr int kWidest = 24;  // takes every number that is shown as one

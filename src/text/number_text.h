@@ -15,6 +15,10 @@ std::string number_text(float value, int width, std::string_view format);
 // Right-justified digits, high digits that do not fit dropped; "-" just left of the last digit
 // written, or in column 1 when none is left.
 std::string integer_text(int value, int width);
+// The same fields behind what `line` holds: for files of many numbers, without a text of its own
+// for each.
+void AppendNumber(std::string& line, float value, int width, int decimals);
+void AppendInteger(std::string& line, int value, int width);
 
 // The rule for reports and messages: as number_text, but a field of asterisks when the value does
 // not fit.

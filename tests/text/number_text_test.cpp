@@ -54,6 +54,29 @@ TEST(NumberText, FieldsOfFilesAndReportsFollowTheirRules) {
   }
 }
 
+// Against the library's own digits, where the field holds them and no half is near: at all sizes.
+TEST(NumberText, FieldsOfFilesHoldTheDigitsOfTheLibrary) {
+  for (int decimals = 1; decimals <= 4; ++decimals) {
+    const double scale = std::pow(10.0, decimals);
+    for (float value = 1e-5F; value * scale < 1e5; value *= 1.0007F) {
+      const double scaled = value * scale;
+      const long long rounded = std::llround(scaled);
+      if (std::fabs(scaled - std::floor(scaled) - 0.5) < 0.03) continue;
+      std::string digits = std::to_string(rounded);
+      if (digits.size() < static_cast<std::size_t>(decimals) + 1) {
+        digits.insert(0, static_cast<std::size_t>(decimals) + 1 - digits.size(), '0');
+      }
+      digits.insert(digits.size() - static_cast<std::size_t>(decimals), ".");
+      if (digits[0] == '0') digits.erase(0, 1);
+      const std::string sign = rounded == 0 ? "" : "-";
+      std::string line = "|";
+      AppendNumber(line, value, 12, decimals);
+      AppendNumber(line, -value, 13, decimals);
+      ASSERT_EQ(line, "|" + PadLeft(digits, 12) + PadLeft(sign + digits, 13)) << value;
+    }
+  }
+}
+
 TEST(NumberText, IntegersAreSetFromTheRight) {
   EXPECT_EQ(integer_text(42, 5), "   42");
   EXPECT_EQ(integer_text(123456, 5), "23456");
