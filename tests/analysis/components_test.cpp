@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <eigen3/Eigen/Dense>
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -11,6 +12,7 @@
 #include "analysis/residual_correlations.h"
 #include "analysis/residual_file.h"
 #include "analysis/residual_pairs.h"
+#include "support/csv.h"
 #include "support/simulated_data.h"
 #include "support/whole_run.h"
 
@@ -140,6 +142,105 @@ TEST(Components, AreTheSameOnEveryRoad) {
                                extracted.components[c].loadings.begin()));
       }
     }
+  }
+}
+
+// Standardised residuals as the observation file tells them: a row for each person, a column for
+// each item, 0 where there is none; and where those are.
+struct Residuals {
+  Eigen::MatrixXd z, present;
+};
+
+Residuals ReadResiduals(const std::string& path, int persons, int items) {
+  Residuals residuals{Eigen::MatrixXd::Zero(persons, items), Eigen::MatrixXd::Zero(persons, items)};
+  for (const CsvRow& row : ReadCsv(path)) {
+    const int n = std::stoi(row.at("PERSON")) - 1, i = std::stoi(row.at("ITEM")) - 1;
+    residuals.z(n, i) = std::stod(row.at("ZSCORE"));
+    residuals.present(n, i) = 1;
+  }
+  return residuals;
+}
+
+// Over the persons who have a residual on one of the two at least.
+Eigen::MatrixXd Correlate(const Residuals& residuals) {
+  const Eigen::Index items = residuals.z.cols();
+  Eigen::MatrixXd r = Eigen::MatrixXd::Identity(items, items);
+  for (Eigen::Index i = 0; i < items; ++i) {
+    for (Eigen::Index j = 0; j < items; ++j) {
+      if (i == j) continue;
+      const Eigen::ArrayXd both =
+          residuals.present.col(i).cwiseMax(residuals.present.col(j)).array();
+      const Eigen::ArrayXd a = residuals.z.col(i).array(), b = residuals.z.col(j).array();
+      const Eigen::ArrayXd x = (a - a.sum() / both.sum()) * both;
+      const Eigen::ArrayXd y = (b - b.sum() / both.sum()) * both;
+      r(i, j) = (x * y).sum() / std::sqrt(x.square().sum() * y.square().sum());
+    }
+  }
+  return r;
+}
+
+TEST(Components, AreThoseOfAnEigenDecomposition) {
+  constexpr int kPersons = 500, kItems = 18;
+  for (const double missing : {0.0, 0.15}) {
+    Simulation simulation(3);
+    WholeRun whole;
+    whole.directory.Write(
+        "control.txt", SimulatedControl(kPersons, kItems, "XFILE=x.csv\nCSV=Y", [&](int) {
+          const double ability = simulation.Normal();
+          const double others[] = {0, 2.2 * simulation.Normal(), 1.3 * simulation.Normal()};
+          std::string row;
+          for (int i = 1; i <= kItems; ++i) {
+            const char c =
+                simulation.Respond(ability + others[i % 3] - SpreadDifficulty(i, kItems));
+            row += simulation.Uniform() < missing ? '.' : c;
+          }
+          return row;
+        }));
+    ASSERT_EQ(whole.Execute({"TABLES=0", "HLINES=Y"}), 0);
+    // The title of the file stands above the names of its columns.
+    std::string text = TempDirectory::ReadFile(whole.directory.NameOf("x.csv"));
+    whole.directory.Write("named.csv", text.substr(text.find('\n') + 1));
+    const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> solver(
+        Correlate(ReadResiduals(whole.directory.NameOf("named.csv"), kPersons, kItems)));
+    const ResidualComponents found = FindComponents(whole.run, Facet::Items);
+    ASSERT_GE(found.components.size(), 2U);
+    ASSERT_GT(solver.eigenvalues()(kItems - 1) - solver.eigenvalues()(kItems - 2), 0.5);
+    for (int c = 0; c < 2; ++c) {
+      const Component& component = found.components[static_cast<std::size_t>(c)];
+      const double eigenvalue = solver.eigenvalues()(kItems - 1 - c);
+      const Eigen::VectorXd vector = solver.eigenvectors().col(kItems - 1 - c);
+      EXPECT_NEAR(component.eigenvalue, eigenvalue, 0.01 * eigenvalue);
+      const double sign = vector(1) * component.loadings[2] < 0 ? -1 : 1;
+      for (int i = 1; i <= kItems; ++i) {
+        EXPECT_NEAR(component.loadings[i], sign * std::sqrt(eigenvalue) * vector(i - 1), 0.02)
+            << c << " " << i;
+      }
+    }
+  }
+}
+
+// Of entries that are all alike each is named once; of pairs as large the one found last goes
+// first. Items 1 to 3 are one, 4 turns them round.
+TEST(LargestCorrelations, NameEntriesThatAreAlikeOnce) {
+  const std::string patterns[] = {"0001", "1110"};
+  std::string text = "NI=6\nITEM1=1\nNAME1=8\nNAMLEN=4\nCODES=01\nINUMB=Y\nPRCOMP=O\n&END\n";
+  for (int n = 0; n < 16; ++n) {
+    text += patterns[n % 2];
+    text += n % 4 < 2 ? '0' : '1';
+    text += n % 8 < 4 ? '1' : '0';
+    text += " P\n";
+  }
+  WholeRun whole;
+  whole.directory.Write("control.txt", text);
+  ASSERT_EQ(whole.Execute({"TABLES=0"}), 0);
+  ASSERT_TRUE(CorrelateResiduals(whole.run, Facet::Items));
+  const auto& largest = LargestCorrelations(whole.run, Facet::Items);
+  const int expected[][2] = {{3, 4}, {2, 4}, {1, 4}, {1, 3}, {1, 2}};  // 2 and 3: named already
+  ASSERT_EQ(largest.size(), 10U);
+  for (std::size_t k = 0; k < 5; ++k) {
+    EXPECT_EQ(largest[k].first, expected[k][0]) << k;
+    EXPECT_EQ(largest[k].second, expected[k][1]) << k;
+    EXPECT_EQ(largest[k].r, k < 3 ? -1 : 1) << k;
   }
 }
 
