@@ -53,6 +53,7 @@ void Extract(Run& run, ResidualComponents& found) {
   if (!run.batch) run.console->WritePart(".");
   for (int number = 1; number <= kMostComponents && run.StopRequest == 0; ++number) {
     if (!iteration.FindNext()) break;
+    if (number > 1 && iteration.Eigenvalue() < kTiny) break;  // nothing is left
     found.components.push_back(MakeComponent(number, iteration, found.entries, size));
     if (!run.batch) run.console->WritePart(IntegerText(number));
     if (number > kAlwaysFound && iteration.Eigenvalue() < kLeastEigenvalue) break;

@@ -15,6 +15,11 @@ namespace vardento {
 // What PRCOMP= correlates, as titles name it.
 std::string_view ResidualWord(char kind);
 
+// The mark of each entry in plot and lists, by entry from 1: its digit where all numbers are
+// digits; else a capital letter for the first 26 of the order of loadings, a small one for the last
+// 26, seen from the end, of those that have none; ' ' for the others.
+Vector1<char> MarkEntries(const ResidualComponents& found);
+
 // A line of text from a column on, runs of blanks made one.
 void PutSqueezedLine(Run& run, int column, std::string_view text);
 // What the measures explain against the component and against all the noise.

@@ -1,5 +1,6 @@
 #include "report/components_table.h"
 
+#include <algorithm>
 #include <string>
 
 #include "report/component_pages.h"
@@ -31,6 +32,22 @@ std::string_view ResidualWord(char kind) {
     default:
       return "STANDARDIZED RESIDUAL";
   }
+}
+
+Vector1<char> MarkEntries(const ResidualComponents& found) {
+  constexpr int kDigits = 9;
+  const std::vector<int>& order = found.order;
+  Vector1<char> marks(found.entries.back(), ' ');
+  if (found.entries.back() <= kDigits) {
+    for (const int entry : order) marks[entry] = static_cast<char>('0' + entry);
+    return marks;
+  }
+  const std::size_t ends = std::min<std::size_t>(order.size(), kLetters);
+  for (std::size_t n = 0; n < ends; ++n) {
+    marks[order[order.size() - 1 - n]] = static_cast<char>('a' + n);
+  }
+  for (std::size_t n = 0; n < ends; ++n) marks[order[n]] = static_cast<char>('A' + n);
+  return marks;
 }
 
 void PutSqueezedLine(Run& run, int column, std::string_view text) {

@@ -39,11 +39,11 @@ LoadingLists::LoadingLists(ReportContext& context, const ResidualComponents& fou
   const ControlSettings& settings = run_.settings;
   weighed_ = ArraysOf(run_, found.facet).weight.Size() > 0;
   grouped_ = found.facet == Facet::Items && run_.NGROUPS > 1 && settings.GROUPS != PerItem::Single;
-  const SelectedList order{found.order, ' '};
+  const Vector1<char> marks = MarkEntries(found);
   rows_.reserve(found.entries.size());
   for (const int entry : found.entries) {
     const EntryValues values = ReadEntryValues(run_, found.facet, entry);
-    rows_.push_back({entry, PlotLetter(order, entry), values.measure, values.infit, values.outfit,
+    rows_.push_back({entry, marks[entry], values.measure, values.infit, values.outfit,
                      values.weight, LabelOfEntry(run_, found.facet, entry)});
     labelWidth_ = std::max(labelWidth_, TextWidth(rows_.back().label));
   }

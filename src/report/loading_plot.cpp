@@ -59,15 +59,14 @@ PlotGrid DrawLoadings(const ReportContext& context, const ResidualComponents& fo
                       const Component& component, const PlotAxis& axis, const LoadingRows& rows) {
   const Run& run = context.run;
   PlotGrid grid(axis.columns, rows.last);
-  const SelectedList order{found.order, ' '};
+  const Vector1<char> marks = MarkEntries(found);
   const auto columnOf = [&](float measure) {
     return NearestPlace((measure - context.rangeLow) * axis.columnsPerMeasure, axis.columns);
   };
   for (const int entry : found.order) {
     const int column = columnOf(MeasureOf(run, found.facet, entry));
     grid.PutEntry(std::clamp(column, 0, axis.columns),
-                  std::clamp(rows.Nearest(component.loadings[entry]), 0, rows.last),
-                  PlotLetter(order, entry));
+                  std::clamp(rows.Nearest(component.loadings[entry]), 0, rows.last), marks[entry]);
   }
   grid.FillBlankColumn(columnOf(run.results.summary.items.measure.mean), '|');
   grid.FillBlankRow(rows.Nearest(0), '-');
