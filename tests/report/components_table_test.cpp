@@ -68,6 +68,24 @@ struct ComponentRun : SmallRun {
 
 // Loadings of .52 to -.23 in steps of .05 lie on rows 10 to -5; measures of -2 to 2 have 16 columns
 // to a logit.
+// By the order of loadings, here from the last entry to the first.
+TEST(MarkEntries, GoFromTheTopDownThenFromTheBottomUp) {
+  const struct {
+    int entries;
+    std::string marks;
+  } cases[] = {{9, "123456789"},
+               {10, "JIHGFEDCBA"},
+               {30, "abcdZYXWVUTSRQPONMLKJIHGFEDCBA"},
+               {53, "abcdefghijklmnopqrstuvwxyz ZYXWVUTSRQPONMLKJIHGFEDCBA"}};
+  for (const auto& c : cases) {
+    ResidualComponents found;
+    for (int entry = 1; entry <= c.entries; ++entry) found.entries.push_back(entry);
+    found.order.assign(found.entries.rbegin(), found.entries.rend());
+    const Vector1<char> marks = MarkEntries(found);
+    EXPECT_EQ(std::string(marks.begin(), marks.end()), c.marks);
+  }
+}
+
 TEST(LoadingPlot, PutsEntriesAtTheirMeasureAndLoading) {
   ComponentRun small(2, 4, {-.23, .52, 0, .52});
   const float measures[] = {-2, 0, 2, 0};
@@ -234,11 +252,11 @@ TEST(LoadingLists, ShowWeightsAndGroups) {
                 "|      |       |       INFIT OUTFIT      | ENTRY ITEM   G |",
                 "|FACTOR|LOADING|MEASURE  MNSQ MNSQ WEIGHT|NUMBER ITEM   R |",
                 "|------+-------+-------------------------+----------------|",
-                "|   5  | -1.00 |     .00  .00  .00  0    |a    1 Item1  A |",
-                "|   5  |  -.90 |     .00  .00  .00   .50 |b    2 Item2  B |",
-                "|   5  |  -.80 |     .00  .00  .00 12    |c    3 Item3  A |",
-                "|   5  |  -.70 |     .00  .00  .00 ***** |d    4 Item4  B |",
-                "|   5  |  -.60 |     .00  .00  .00  1    |e    5 Item5  A |",
+                "|   5  | -1.00 |     .00  .00  .00  0    |J    1 Item1  A |",
+                "|   5  |  -.90 |     .00  .00  .00   .50 |I    2 Item2  B |",
+                "|   5  |  -.80 |     .00  .00  .00 12    |H    3 Item3  A |",
+                "|   5  |  -.70 |     .00  .00  .00 ***** |G    4 Item4  B |",
+                "|   5  |  -.60 |     .00  .00  .00  1    |F    5 Item5  A |",
                 "|   5  |  -.50 |     .00  .00  .00  1    |E    6 Item6  B |",
             }));
   small.run.DraftSettings().GROUPS = PerItem::Single;
