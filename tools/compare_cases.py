@@ -17,7 +17,7 @@ import compare_data
 
 TEXT_OR_LIST = ("GROUPS", "MODELS", "RESCORE", "IREFER")  # a file is told by a "*" before its name
 TABLES = ("1 3.1 3.2 4.1 5 6.1 6.4 6.5 7.1 8.1 9 10.1 10.4 10.5 11.1 12 13.1 14.1 15.1 16 17.1 18.1 "
-          "19.1 21.1 25.1 26.1")
+          "19.1 21.1 25.1 26.1 30 31")
 ASKED = ["TFILE=tables.txt", "PFILE=p.txt", "IFILE=i.txt", "SFILE=s.txt", "ISFILE=is.txt"]
 COMMAND = ["control.txt", "report.txt", "BATCH=Y"]
 WORD = re.compile(r'(?:[^\s<"]|<[^>]*>|"[^"]*")+')
@@ -500,6 +500,10 @@ ISUBTOTAL=<$S1W1> PSUBTOTAL=<$S6W1>
 ISUBTOTAL=<$S1W2|$S5W3> PSUBTOTAL=$S1W2
 DIF=<$S6W1> DPF=<$S1W2>
 DIF=<$S6W1|$S1W2> DPF=$S9W1
+DIF=$S3W2 DPF=$s2e2 MODELS=S USCALE=100 MAXPAGE=50
+DIF=$S1W1+"/"+$S3W1 DPF=<$S1W1|nonsense|$S2W1> MODELS=F USCALE=-1 UDECIM=4
+DIF=$S2W1 DPF=$S1W1 PWEIGHT=<1 2|3-9 0> IWEIGHT=<1 2|2 0> ASCII=N STBIAS=Y
+DIF=$S1W700 DPF=$S1W600 TOTAL=Y
 CURVES=110
 TOTAL=1 REALSE=y STBIAS=x NORMAL=0 PTBIS=n LOCAL=y
 CHARTF=3 EXTREME=2 ENFILE=x NCOLS=3

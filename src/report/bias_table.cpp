@@ -244,8 +244,8 @@ class BiasRequest {
     if (sizes.Estimate(run_, classes)) {
       table.Print(sizes);
     } else {
-      WriteConsole(run_, std::to_string(BiasSizes::BytesFor(run_, classes)) +
-                             " bytes of memory not available. Table not produced.");
+      TellUser(run_, std::to_string(BiasSizes::BytesFor(run_, classes)) +
+                         " bytes of memory not available. Table not produced.");
       WriteReportText(run_, " NOT ENOUGH MEMORY FOR TABLE");
     }
     return true;

@@ -164,18 +164,6 @@ TEST_F(BiasSizesTest, JudgesStepsOneByOne) {
   EXPECT_EQ(sizes.At(1, 1).observed, 48) << "the score, as that of other models";
 }
 
-// Adjacent categories with steps at -1 and 1: where all three are as likely as they were seen.
-TEST_F(BiasSizesTest, MeetsTheExpectedScoreOfAScale) {
-  GiveSteps(std::string(20, '0') + std::string(50, '1') + std::string(30, '2'), Model::Rating);
-  RunArrays& a = small->run.arrays;
-  a.StepCalibration[a.GroupStart[1] + 1] = -1;
-  a.StepCalibration[a.GroupStart[1] + 2] = 1;
-  Estimate(Facet::Persons);
-  const double odds1 = std::exp(1 - sizes.At(1, 1).size),
-               odds2 = std::exp(-2 * sizes.At(1, 1).size);
-  EXPECT_NEAR((odds1 + 2 * odds2) / (1 + odds1 + odds2), 1.1, kNear);
-}
-
 // The codes share 2,000 characters: with 600 for each there is room for three.
 TEST_F(BiasSizesTest, HasRoomForSoManyClasses) {
   Give({"A1", "B0", "A0", "C1", "D1", "B1"});

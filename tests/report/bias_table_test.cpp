@@ -10,7 +10,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 using testing::HasSubstr;
-using testing::StartsWith;
 
 // Items as targets unless told otherwise: Table 30, with the first characters of labels as classes.
 class BiasTableTest : public testing::Test {
@@ -176,15 +175,6 @@ TEST_F(BiasTableTest, TellsWhenThereIsNoRoom) {
   EXPECT_THAT(small.ReportLines().back(), "NOT ENOUGH MEMORY FOR TABLE");
   EXPECT_THAT(small.console.Text(),
               HasSubstr(" bytes of memory not available. Table not produced.\n"));
-}
-
-TEST_F(BiasTableTest, RepeatsItsHeadOnASheet) {
-  run.DraftSettings().MAXPAGE = 16;
-  PrintBias(small.context);
-  const Lines lines = From("\f**CONTINUED");
-  EXPECT_THAT(lines.at(3), StartsWith("PERSON "));
-  EXPECT_THAT(lines.at(5), StartsWith("GROUP "));
-  EXPECT_THAT(lines.at(7), testing::EndsWith(" 2 Item2")) << "behind 12 lines and 3 rows";
 }
 
 }  // namespace
