@@ -17,6 +17,7 @@ namespace vardento {
 namespace {
 
 constexpr std::size_t kLargestListed = 10;
+constexpr char kFileName[] = "CORRELATION WORK FILE";
 
 std::string_view StemOf(Facet facet) { return facet == Facet::Persons ? "ZWW" : "ZTT"; }
 
@@ -100,6 +101,7 @@ class CorrelationPass {
       run_.RunIoStatus = store_.file.Write(static_cast<int>(terms_), &zero);
       if (run_.RunIoStatus == kIoOk) run_.RunIoStatus = store_.file.Flush();
       if (run_.RunIoStatus == kIoOk) return true;
+      ReportFileFailure(run_, kFileName, 'W');
     }
     Discard();
     ReportMessage(run_, IntegerText(static_cast<int>(store_.entries.size())) +
@@ -142,7 +144,7 @@ void TellCorrelationFailure(Run& run, IoStatus status, long long record, char op
   run.RunIoStatus = status;
   run.outputFailed = true;
   WriteConsole(run, " CORRELATION WORK FILE FAILURE AT RECORD = " + std::to_string(record));
-  ReportFileFailure(run, "CORRELATION WORK FILE", operation);
+  ReportFileFailure(run, kFileName, operation);
 }
 
 bool CorrelateResiduals(Run& run, Facet facet) {

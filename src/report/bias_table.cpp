@@ -244,6 +244,7 @@ class BiasRequest {
     if (sizes.Estimate(run_, classes)) {
       table.Print(sizes);
     } else {
+      run_.outputFailed = true;
       TellUser(run_, std::to_string(BiasSizes::BytesFor(run_, classes)) +
                          " bytes of memory not available. Table not produced.");
       WriteReportText(run_, " NOT ENOUGH MEMORY FOR TABLE");
