@@ -47,9 +47,16 @@ constexpr int kLink = 5;
 constexpr DataSet kDataSets[] = {
     {"100000x50_complete", 100000, 50, 2, 0.0},
     {"20000x40_rating_scale", 20000, 40, 5, 0.0},
-    // output_s against prox_s + ucon_s + fit_s: what all Tables cost beside the estimation.
+    // output_s against prox_s + ucon_s + fit_s: what all Tables cost beside the estimation, but for
+    // 24, which has 200 million pairs of persons.
     {"20000x40_all_tables", 20000, 40, 5, 0.0, 1, false, nullptr,
-     "1111111111111111111111111111111"},
+     "1111111111111111111111101111111"},
+    // output_s: a walk over 19,900 pairs of items by 20,000 persons, and 2 million pairs of persons
+    // by 200 items.
+    {"20000x200_item_components", 20000, 200, 2, 0.0, 1, false, nullptr, "00000000000000000000001",
+     ""},
+    {"2000x200_person_components", 2000, 200, 2, 0.0, 1, false, nullptr, "000000000000000000000001",
+     ""},
     // Of 5 million observations: output_s against that of the first case, which has the same data.
     {"100000x50_observations", 100000, 50, 2, 0.0, 1, false, nullptr, "001000000100010",
      "PFILE=p.txt\nIFILE=i.txt\nXFILE=x.txt\nRFILE=r.txt\n"},
