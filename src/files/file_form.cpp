@@ -46,6 +46,14 @@ std::string_view HeadTitle(const Run& run, std::size_t length) {
   return TrimRight(std::string_view(run.settings.TITLE).substr(0, length));
 }
 
+std::string Quoted(std::string_view text) { return std::string("\"").append(text).append("\""); }
+
+std::string NameInFiles(Run& run, Facet facet, int entry) {
+  const int length = facet == Facet::Persons ? run.settings.NAMLEN : run.inForce.ITLEN;
+  std::string name(TrimRight(PadRight(LabelOfEntry(run, facet, entry), length)));
+  return name.empty() ? " " : name;
+}
+
 bool OutputFile::Open(const std::string& name, std::string_view variable) {
   name_ = std::string(variable).append(name);
   // A slip of the pen must not cost the user the Control File, the data or the report.

@@ -20,6 +20,11 @@ std::string HeadLabel(std::string_view label);
 // The run's title without trailing blanks, at most `length` characters.
 std::string_view HeadTitle(const Run& run, std::size_t length = 60);
 
+// Text as a field of the separated forms; quotes in it stay as they are.
+std::string Quoted(std::string_view text);
+// The label as files show it: cut to its length in use (NAMLEN=, ITLEN=), at least one character.
+std::string NameInFiles(Run& run, Facet facet, int entry);
+
 // One output file while it is written. A failure is told once, marks the run as one that ends badly
 // and stops the writing; the run goes on.
 class OutputFile {

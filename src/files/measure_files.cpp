@@ -93,14 +93,6 @@ class MeasureFile {
     return LetterOf(run_.arrays.GroupModel[run_.arrays.ItemGroup[item]]);
   }
 
-  // The label as the row shows it: cut to its length in use, at least one character.
-  std::string NameOf(int entry) {
-    const int length = persons_ ? settings_.NAMLEN : run_.inForce.ITLEN;
-    std::string name(TrimRight(PadRight(LabelOfEntry(run_, facet_, entry), length)));
-    if (name.empty()) name = " ";
-    return name;
-  }
-
   std::string FixedRow(int entry) {
     const EntryValues values = ReadShownValues(run_, facet_, entry);
     std::string row(1, Flag(values));
@@ -108,7 +100,7 @@ class MeasureFile {
     if (!persons_) {
       row.append({GroupCodeOf(settings_, entry), ' ', ModelOf(entry), ' '});
     }
-    return row.append(NameOf(entry));
+    return row.append(NameInFiles(run_, facet_, entry));
   }
 
   std::string SeparatedRow(int entry) {
@@ -118,7 +110,7 @@ class MeasureFile {
     if (!persons_) {
       row.append({'"', GroupCodeOf(settings_, entry), '"', ',', '"', ModelOf(entry), '"', ','});
     }
-    return row.append("\"").append(NameOf(entry)).append("\"");
+    return row.append(Quoted(NameInFiles(run_, facet_, entry)));
   }
 
   Run& run_;

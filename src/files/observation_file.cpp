@@ -44,11 +44,12 @@ constexpr int kSeparatedWidth = 16;
 
 // The entries of one side that the file takes in.
 struct EntryRange {
-  EntryRange(bool onlyOne, int entry, int count) : last(count) {
-    if (onlyOne && entry >= 1 && entry <= count) first = last = entry;
-  }
-  bool IsSingle(int count) const { return count > 1 && first == last; }
-  int first = 1, last;
+  EntryRange(bool onlyOne, int entry, int count)
+      : isSingle(onlyOne && entry >= 1 && entry <= count),
+        first(isSingle ? entry : 1),
+        last(isSingle ? entry : count) {}
+  bool isSingle;  // the one that was asked for
+  int first, last;
 };
 
 // Writes XFILE=.
@@ -83,19 +84,19 @@ class ObservationFile {
 
   void TellUserOfSelection() {
     std::string text = " Writing XFILE= of observations";
-    const auto add = [&](const std::string& word, const EntryRange& range, int count) {
-      if (!range.IsSingle(count)) return;
+    const auto add = [&](const std::string& word, const EntryRange& range) {
+      if (!range.isSingle) return;
       text.append(" for ").append(TrimRight(word)).append(" ").append(IntegerText(range.first));
     };
-    add(run_.settings.PERSON_LABEL, persons_, run_.NPERS);
-    add(run_.settings.ITEM_LABEL, items_, run_.settings.NI);
+    add(run_.settings.PERSON_LABEL, persons_);
+    add(run_.settings.ITEM_LABEL, items_);
     WriteConsole(run_, text + " ...");
   }
 
   bool WriteHead() {
     if (!run_.settings.HLINES) return true;
     const std::string title(HeadTitle(run_));
-    StartLine();
+    line_.clear();
     if (file_.IsFixed()) {
       line_ = "; RESIDUAL FILE FOR " + title + "  " + run_.RunStamp;
     } else {
@@ -112,7 +113,7 @@ class ObservationFile {
       const ControlSettings& s = run_.settings;
       return TrimRight(place == 1 ? s.PERSON_LABEL : s.ITEM_LABEL);
     };
-    StartLine();
+    line_.clear();
     for (const Column& column : columns_) {
       if (!file_.IsFixed()) {
         PutText(column.place <= 2 ? word(column.place) : column.separatedName);
@@ -147,7 +148,7 @@ class ObservationFile {
   }
 
   bool WriteObservation(const Values& values) {
-    StartLine();
+    line_.clear();
     for (const Column& column : columns_) {
       if (file_.IsFixed()) {
         PutNumber(line_, column, values, column.width);
@@ -177,7 +178,6 @@ class ObservationFile {
     }
   }
 
-  void StartLine() { line_.clear(); }
   // A field of the separated forms, with the comma behind it.
   void PutText(std::string_view text) {
     line_ += '"';

@@ -37,10 +37,10 @@ class ResponseFile {
   bool WriteHead() {
     if (!run_.settings.HLINES || file_.IsFixed()) return true;
     line_.clear();
-    PutText(TrimRight(run_.settings.PERSON_LABEL));
+    line_ += Quoted(TrimRight(run_.settings.PERSON_LABEL));
     for (int i = 1; i <= run_.settings.NI; ++i) {
       line_ += ',';
-      PutText(ItemLabelOf(run_, i));
+      line_ += Quoted(NameInFiles(run_, Facet::Items, i));
     }
     return EndLine();
   }
@@ -63,24 +63,18 @@ class ResponseFile {
     return true;
   }
 
-  void PutText(std::string_view text) { line_.append("\"").append(text).append("\""); }
-
   void PutLabel(std::string_view label) {
     if (file_.IsFixed()) {
       line_ += PadRight(label, labelWidth_);
       return;
     }
     label = TrimRight(label);
-    PutText(label.empty() ? " " : label);
+    line_ += Quoted(label.empty() ? " " : label);
   }
 
   void PutScore(int score) {
-    if (!file_.IsFixed()) line_ += ',';
-    if (score != kNoScore) {
-      AppendInteger(line_, score, scoreWidth_);
-    } else if (file_.IsFixed()) {
-      line_.append(static_cast<std::size_t>(scoreWidth_), ' ');
-    }
+    const std::string text = score == kNoScore ? "" : IntegerText(score);
+    line_ += file_.IsFixed() ? PadLeft(text, scoreWidth_) : "," + text;
   }
 
   bool EndLine() { return file_.WriteLine(line_, OutputFile::kUncut); }

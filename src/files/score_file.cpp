@@ -68,13 +68,10 @@ class ScoreFile {
              file_.WriteLine(";" + run_.RunStamp) && file_.WriteLine(kPurpose) &&
              file_.WriteLine(kFixedNames);
     }
-    const auto quote = [](std::string_view text) {
-      return std::string("\"").append(text).append("\"");
-    };
-    const std::string mark = quote(";") + ",";
-    return file_.WriteLine(mark + quote(label) + "," + quote("SCORE FILE FOR")) &&
-           file_.WriteLine(mark + quote(title)) && file_.WriteLine(mark + quote(run_.RunStamp)) &&
-           file_.WriteLine(quote(kPurpose)) && file_.WriteLine(kSeparatedNames);
+    const std::string mark = Quoted(";") + ",";
+    return file_.WriteLine(mark + Quoted(label) + "," + Quoted("SCORE FILE FOR")) &&
+           file_.WriteLine(mark + Quoted(title)) && file_.WriteLine(mark + Quoted(run_.RunStamp)) &&
+           file_.WriteLine(Quoted(kPurpose)) && file_.WriteLine(kSeparatedNames);
   }
 
   bool WriteRows() {
