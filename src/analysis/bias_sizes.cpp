@@ -175,10 +175,6 @@ class BiasEstimation {
   std::vector<double> p_;  // categories of the response in hand
 };
 
-double WeightOfSource(const Run& run, Facet source, int entry) {
-  return source == Facet::Persons ? PersonWeightOf(run, entry) : ItemWeightOf(run, entry);
-}
-
 }  // namespace
 
 int WidthOfField(const FieldSpecification& field) {
@@ -201,26 +197,26 @@ BiasClasses FindBiasClasses(Run& run, Facet source, const FieldSpecification& fi
   std::unordered_map<std::string, int> known;
   for (int entry = 1; entry <= entries.Count(); ++entry) {
     if (!IsActive(entries.status[entry])) continue;
-    const std::string code = ExtractField(field, LabelOfEntry(run, source, entry));
+    const std::string code(TrimRight(CutField(field, LabelOfEntry(run, source, entry))));
     auto place = known.find(code);
     if (place == known.end()) {
       if (classes.Count() >= most) continue;
       classes.codes.push_back(code);
       place = known.emplace(code, classes.Count()).first;
     }
-    if (WeightOfSource(run, source, entry) > 0) classes.classOf[entry] = place->second;
+    if (entries.WeightOf(entry) > 0) classes.classOf[entry] = place->second;
   }
   return classes;
 }
 
 unsigned long long BiasSizes::BytesFor(const Run& run, const BiasClasses& classes) {
-  const int targets = classes.source == Facet::Persons ? run.settings.NI : run.NPERS;
+  const int targets = ArraysOf(run, OtherFacet(classes.source)).Count();
   return sizeof(BiasCell) * static_cast<unsigned long long>(targets) * classes.codes.size();
 }
 
 bool BiasSizes::Estimate(Run& run, const BiasClasses& classes) {
   classes_ = classes.Count();
-  targets_ = classes.source == Facet::Persons ? run.settings.NI : run.NPERS;
+  targets_ = ArraysOf(run, OtherFacet(classes.source)).Count();
   const long long count = static_cast<long long>(classes_) * targets_;
   if (count > INT_MAX) return false;
   BlockPlan plan;

@@ -90,15 +90,26 @@ class FieldParser {
   std::string problem_;
 };
 
+using Piece = FieldSpecification::Piece;
+
 // Joins the pieces; `take` gives the text of a field.
 template <class Take>
 std::string JoinPieces(const FieldSpecification& specification, Take take) {
   std::string value;
   for (const FieldSpecification::Piece& piece : specification.pieces) {
-    value += piece.first == 0 ? std::string_view(piece.literal) : take(piece);
+    if (piece.first == 0) {
+      value += piece.literal;
+    } else {
+      value += take(piece);
+    }
   }
   BlankControlCharacters(value);
-  return std::string(Trim(value));
+  return value;
+}
+
+std::string_view ColumnsOf(const FieldSpecification::Piece& piece, std::string_view record) {
+  const auto first = std::min(static_cast<std::size_t>(piece.first) - 1, record.size());
+  return record.substr(first, static_cast<std::size_t>(piece.last - piece.first) + 1);
 }
 
 }  // namespace
@@ -119,16 +130,20 @@ FieldSpecification ParseFieldSpecification(Run& run, std::string_view keyword,
 }
 
 std::string ExtractField(const FieldSpecification& specification, std::string_view record) {
-  return JoinPieces(specification, [record](const FieldSpecification::Piece& piece) {
-    const auto first = std::min(static_cast<std::size_t>(piece.first) - 1, record.size());
-    return record.substr(first, static_cast<std::size_t>(piece.last - piece.first) + 1);
+  return std::string(Trim(JoinPieces(
+      specification, [record](const Piece& piece) { return ColumnsOf(piece, record); })));
+}
+
+std::string CutField(const FieldSpecification& specification, std::string_view record) {
+  return JoinPieces(specification, [record](const Piece& piece) {
+    return PadRight(ColumnsOf(piece, record), piece.last - piece.first + 1);
   });
 }
 
 std::string ExtractDelimitedField(const FieldSpecification& specification, std::string_view record,
                                   char delimiter) {
   std::string joined;  // the text of one piece
-  return JoinPieces(specification, [&](const FieldSpecification::Piece& piece) {
+  return std::string(Trim(JoinPieces(specification, [&](const Piece& piece) {
     joined.clear();
     FieldCursor cursor(record, delimiter);
     std::string_view field;
@@ -136,7 +151,7 @@ std::string ExtractDelimitedField(const FieldSpecification& specification, std::
       if (number >= piece.first) joined += field;
     }
     return std::string_view(joined);
-  });
+  })));
 }
 
 }  // namespace vardento

@@ -33,7 +33,10 @@ FieldSpecification ParseFieldSpecification(Run& run, std::string_view keyword,
 // The value: columns of `record` and literals, joined, without control characters and blanks
 // around it. Columns behind the end of the record are blank; literals count where fields are blank.
 std::string ExtractField(const FieldSpecification& specification, std::string_view record);
-// The same with the fields of a record that `delimiter` sets apart in the place of columns.
+// All columns of the value, blanks around it and between its pieces too: values of different
+// records are as wide as the specification.
+std::string CutField(const FieldSpecification& specification, std::string_view record);
+// As ExtractField with the fields of a record that `delimiter` sets apart in the place of columns.
 std::string ExtractDelimitedField(const FieldSpecification& specification, std::string_view record,
                                   char delimiter);
 

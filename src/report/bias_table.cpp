@@ -62,7 +62,12 @@ class BiasTable {
     line.Text(target_ == Facet::Items ? " difficulty" : " ability");
     PutReportLine(run_, line);
     PutHead();
-    for (int target = 1; target <= sizes.Targets(); ++target) PutTarget(sizes, target);
+    const bool stopped = run_.StopRequest != 0;
+    for (int target = 1; target <= sizes.Targets(); ++target) {
+      PutTarget(sizes, target);
+      PumpMessages(run_);
+      if (!stopped && run_.StopRequest != 0) break;  // the user has seen enough of a long list
+    }
     PutRule();
   }
 
@@ -70,7 +75,7 @@ class BiasTable {
   static constexpr int kFirstColumn = 2, kLeastClassWidth = 5, kLeastNameWidth = 12;
   static constexpr int kBlockWidth = 18;  // size and error of 8 columns each, two blanks
   // From the start of the second block on.
-  static constexpr int kContrastPlace = 16, kTPlace = 33, kNumberPlace = 39, kNamePlace = 46;
+  static constexpr int kContrastPlace = 16, kTPlace = 32, kNumberPlace = 39, kNamePlace = 46;
   static constexpr int kJointPlace = 23;
   static constexpr int kHeadPlace = 3;   // of the second head line, from the start of a block on
   static constexpr int kLinesBelow = 2;  // a row and the closing rule
@@ -157,8 +162,8 @@ class BiasTable {
     line.At(secondBlock_ + kContrastPlace);
     PutMeasure(line, run_.settings, contrast.contrast);
     PutMeasure(line, run_.settings, contrast.error);
-    // A column more than the five of its place, so that -10.00 is not lost.
-    line.At(secondBlock_ + kTPlace).Fixed(contrast.t, 6, 2);
+    // Two columns more than the five of its place, so that -100.00 is not lost.
+    line.At(secondBlock_ + kTPlace).Fixed(contrast.t, 7, 2);
   }
 
   Run& run_;
@@ -231,7 +236,7 @@ class BiasRequest {
     const int width = WidthOfField(field);
     if (width == 0) return false;
     if (BiasClasses::kRoom / width < kFewestClasses) {
-      WriteReportText(run_, " NO ROOM FOR " + kind_ + " ESTIMATES: " + std::string(specification));
+      TellBoth(run_, " NO ROOM FOR " + kind_ + " ESTIMATES: " + std::string(specification));
       return true;
     }
     const BiasClasses classes = FindBiasClasses(run_, OtherFacet(target_), field);
@@ -242,6 +247,7 @@ class BiasRequest {
     WriteConsole(run_, " Computing " + kind_ + " sizes: one bar per iteration...");
     BiasSizes sizes;
     if (sizes.Estimate(run_, classes)) {
+      if (run_.StopRequest != 0) TellBoth(run_, " STOPPED: THESE SIZES ARE NOT FINAL");
       table.Print(sizes);
     } else {
       run_.outputFailed = true;

@@ -18,6 +18,7 @@ class BiasSizesTest : public testing::Test {
   // Persons on items, a string for the responses of each; its first character is the class.
   void Give(const std::vector<std::string>& persons) {
     const int items = static_cast<int>(persons[0].size()) - 1;
+    sizes = BiasSizes();  // its memory is counted in the run before
     small = std::make_unique<SmallRun>(static_cast<int>(persons.size()), items);
     for (int n = 1; n <= small->run.NPERS; ++n) {
       const std::string& person = persons[static_cast<std::size_t>(n - 1)];
