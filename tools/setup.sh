@@ -20,7 +20,7 @@ find_tools() {
   if [ "${1-}" = tests ]; then
     need libgtest-dev test -e /usr/include/gtest/gtest.h
     need libgmock-dev test -e /usr/include/gmock/gmock.h
-    need libeigen3-dev test -e /usr/include/eigen3/Eigen/Core
+    need liblapack-dev sh -c "ls /usr/lib/*/liblapack.so"
   fi
   if [ "${1-}" = comparison ]; then
     need git command -v git

@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <eigen3/Eigen/Dense>
 #include <algorithm>
 #include <cmath>
+#include <eigen3/Eigen/Dense>
 #include <string>
 #include <vector>
 
@@ -15,6 +15,11 @@
 #include "support/csv.h"
 #include "support/simulated_data.h"
 #include "support/whole_run.h"
+
+// LAPACK: eigenvalues and vectors of a symmetric matrix, which the vectors replace.
+extern "C" void dsyev_(const char* job, const char* triangle, const int* n, double* matrix,
+                       const int* leading, double* values, double* work, const int* space,
+                       int* info);
 
 namespace vardento::test {
 namespace {
@@ -145,38 +150,68 @@ TEST(Components, AreTheSameOnEveryRoad) {
   }
 }
 
-// Standardised residuals as the observation file tells them: a row for each person, a column for
-// each item, 0 where there is none; and where those are.
+// Standardised residuals as the observation file tells them: a column for each item, a place in it
+// for each person, 0 where there is none.
+using Columns = std::vector<std::vector<double>>;
 struct Residuals {
-  Eigen::MatrixXd z, present;
+  Columns z, present;
 };
 
-Residuals ReadResiduals(const std::string& path, int persons, int items) {
-  Residuals residuals{Eigen::MatrixXd::Zero(persons, items), Eigen::MatrixXd::Zero(persons, items)};
+Residuals ReadResiduals(const std::string& path, std::size_t persons, std::size_t items) {
+  const Columns none(items, std::vector<double>(persons, 0));
+  Residuals residuals{none, none};
   for (const CsvRow& row : ReadCsv(path)) {
-    const int n = std::stoi(row.at("PERSON")) - 1, i = std::stoi(row.at("ITEM")) - 1;
-    residuals.z(n, i) = std::stod(row.at("ZSCORE"));
-    residuals.present(n, i) = 1;
+    const std::size_t n = std::stoul(row.at("PERSON")) - 1, i = std::stoul(row.at("ITEM")) - 1;
+    residuals.z[i][n] = std::stod(row.at("ZSCORE"));
+    residuals.present[i][n] = 1;
   }
   return residuals;
 }
 
 // Over the persons who have a residual on one of the two at least.
-Eigen::MatrixXd Correlate(const Residuals& residuals) {
-  const Eigen::Index items = residuals.z.cols();
-  Eigen::MatrixXd r = Eigen::MatrixXd::Identity(items, items);
-  for (Eigen::Index i = 0; i < items; ++i) {
-    for (Eigen::Index j = 0; j < items; ++j) {
-      if (i == j) continue;
-      const Eigen::ArrayXd both =
-          residuals.present.col(i).cwiseMax(residuals.present.col(j)).array();
-      const Eigen::ArrayXd a = residuals.z.col(i).array(), b = residuals.z.col(j).array();
-      const Eigen::ArrayXd x = (a - a.sum() / both.sum()) * both;
-      const Eigen::ArrayXd y = (b - b.sum() / both.sum()) * both;
-      r(i, j) = (x * y).sum() / std::sqrt(x.square().sum() * y.square().sum());
+double Correlate(const Residuals& residuals, std::size_t i, std::size_t j) {
+  double n = 0, x = 0, y = 0, xx = 0, yy = 0, xy = 0;
+  for (int pass = 0; pass < 2; ++pass) {
+    const double meanX = pass == 0 ? 0 : x / n, meanY = pass == 0 ? 0 : y / n;
+    for (std::size_t k = 0; k < residuals.z[i].size(); ++k) {
+      if (residuals.present[i][k] + residuals.present[j][k] == 0) continue;
+      const double a = residuals.z[i][k] - meanX, b = residuals.z[j][k] - meanY;
+      if (pass == 0) {
+        ++n;
+        x += a;
+        y += b;
+      } else {
+        xx += a * a;
+        yy += b * b;
+        xy += a * b;
+      }
     }
   }
-  return r;
+  return xy / std::sqrt(xx * yy);
+}
+
+// The eigenvalues of the correlations, smallest first, and a vector of length 1 for each.
+struct Decomposition {
+  std::vector<double> eigenvalues;
+  Columns vectors;
+};
+
+Decomposition Decompose(const Residuals& residuals) {
+  const std::size_t size = residuals.z.size();
+  std::vector<double> matrix, values(size), work(size * 8);
+  for (std::size_t i = 0; i < size; ++i) {
+    for (std::size_t j = 0; j < size; ++j) {
+      matrix.push_back(i == j ? 1 : Correlate(residuals, i, j));
+    }
+  }
+  const int n = static_cast<int>(size), space = n * 8;
+  int info = -1;
+  dsyev_("V", "U", &n, matrix.data(), &n, values.data(), work.data(), &space, &info);
+  EXPECT_EQ(info, 0);
+  Decomposition found{values, {}};
+  for (auto at = matrix.begin(); at != matrix.end(); at += n)
+    found.vectors.emplace_back(at, at + n);
+  return found;
 }
 
 TEST(Components, AreThoseOfAnEigenDecomposition) {
@@ -200,19 +235,20 @@ TEST(Components, AreThoseOfAnEigenDecomposition) {
     // The title of the file stands above the names of its columns.
     std::string text = TempDirectory::ReadFile(whole.directory.NameOf("x.csv"));
     whole.directory.Write("named.csv", text.substr(text.find('\n') + 1));
-    const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> solver(
-        Correlate(ReadResiduals(whole.directory.NameOf("named.csv"), kPersons, kItems)));
+    const Decomposition expected =
+        Decompose(ReadResiduals(whole.directory.NameOf("named.csv"), kPersons, kItems));
     const ResidualComponents found = FindComponents(whole.run, Facet::Items);
     ASSERT_GE(found.components.size(), 2U);
-    ASSERT_GT(solver.eigenvalues()(kItems - 1) - solver.eigenvalues()(kItems - 2), 0.5);
-    for (int c = 0; c < 2; ++c) {
-      const Component& component = found.components[static_cast<std::size_t>(c)];
-      const double eigenvalue = solver.eigenvalues()(kItems - 1 - c);
-      const Eigen::VectorXd vector = solver.eigenvectors().col(kItems - 1 - c);
+    ASSERT_GT(expected.eigenvalues[kItems - 1] - expected.eigenvalues[kItems - 2], 0.5);
+    for (std::size_t c = 0; c < 2; ++c) {
+      const Component& component = found.components[c];
+      const double eigenvalue = expected.eigenvalues[kItems - 1 - c];
+      const std::vector<double>& vector = expected.vectors[kItems - 1 - c];
       EXPECT_NEAR(component.eigenvalue, eigenvalue, 0.01 * eigenvalue);
-      const double sign = vector(1) * component.loadings[2] < 0 ? -1 : 1;
+      const double sign = vector[1] * component.loadings[2] < 0 ? -1 : 1;
       for (int i = 1; i <= kItems; ++i) {
-        EXPECT_NEAR(component.loadings[i], sign * std::sqrt(eigenvalue) * vector(i - 1), 0.02)
+        EXPECT_NEAR(component.loadings[i],
+                    sign * std::sqrt(eigenvalue) * vector[static_cast<std::size_t>(i - 1)], 0.02)
             << c << " " << i;
       }
     }
