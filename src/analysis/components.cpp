@@ -48,7 +48,7 @@ Component MakeComponent(int number, const PowerIteration& iteration,
 // Shows the number of each component that is found.
 void Extract(Run& run, ResidualComponents& found) {
   PowerIteration iteration(run, found.facet);
-  if (!iteration.Open()) return;
+  if (!iteration.Open()) return iteration.TellFailure();
   const int size = ArraysOf(run, found.facet).Count();
   if (!run.batch) run.console->WritePart(".");
   for (int number = 1; number <= kMostComponents && run.StopRequest == 0; ++number) {
@@ -60,6 +60,7 @@ void Extract(Run& run, ResidualComponents& found) {
     if (number == kMostComponents || !iteration.Deflate()) break;
   }
   if (!run.batch) run.console->WriteLine("");
+  iteration.TellFailure();
 }
 
 }  // namespace

@@ -37,15 +37,16 @@ Contrast ContrastFinder::Find(const Vector1<double>& loadings) {
 // As many as load substantially at either end, within limits. What the component before picked is
 // not counted again, but for the last one that it picked: the settled form.
 std::size_t ContrastFinder::CountPicks(const Vector1<double>& loadings) {
-  const double least = std::fabs(run_.settings.LOA_VALUE);
+  const float least = std::fabs(run_.settings.LOA_VALUE);
   std::size_t high = 0, low = 0, counted = 0;
   for (const int entry : order_) {
     const bool left = marked_[entry] != 0;
     marked_[entry] = 0;
     if (left) continue;
     ++counted;
-    if (loadings[entry] >= least) ++high;
-    if (loadings[entry] <= -least) ++low;
+    const auto loading = static_cast<float>(loadings[entry]);
+    if (loading >= least) ++high;
+    if (loading <= -least) ++low;
   }
   return std::min({std::max({kFewestPicks, high, low}), counted / 2, kMostPicks});
 }

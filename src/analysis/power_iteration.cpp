@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <string>
 
 #include "analysis/residual_correlations.h"
@@ -40,7 +41,10 @@ bool CorrelationTriangle::Open(double* memory, double* row) {
   row_ = row;
   if (memory_ == nullptr) {
     const IoStatus created = work_.Create(run_.workDirectory.NameOf("ZSS"), sizeof(double));
-    return created == kIoOk || Fail(created, 0, 'O');
+    if (created != kIoOk) return Fail(created, 0, 'O');
+    const std::size_t pairs = Size() * (Size() - 1) / 2;
+    const IoStatus reserved = work_.Reserve(static_cast<int>(pairs));
+    return reserved == kIoOk || Fail(reserved, pairs, 'W');
   }
   for (std::size_t place = 0; place + 1 < Size(); ++place) {
     if (!ReadRow(place, memory_ + FirstPair(place))) return false;
@@ -74,7 +78,7 @@ bool CorrelationTriangle::Keep(std::size_t place) {
 }
 
 bool CorrelationTriangle::Fail(IoStatus status, std::size_t pair, char operation) {
-  TellCorrelationFailure(run_, status, static_cast<long long>(pair), operation);
+  failure_ = {status, pair, operation};
   return false;
 }
 
@@ -106,7 +110,22 @@ bool PowerIteration::Open() {
   return triangle_.Open(inMemory ? rest : nullptr, rest);
 }
 
+// From equal weights. They may have nothing of the component in them, or so little that the first
+// sweeps stand still: the residuals of a person often add up to about 0. An eigenvalue below the
+// mean of all is not the largest; then the iteration begins once more elsewhere.
 bool PowerIteration::FindNext() {
+  if (!Iterate()) return false;
+  const double mean = std::accumulate(diagonal_.begin(), diagonal_.end(), 0.0) /
+                      static_cast<double>(diagonal_.size());
+  if (eigenvalue_ >= mean - kStillChanging) return true;
+  for (std::size_t i = 0; i < trial_.size(); ++i) {
+    trial_[i] = (i % 2 == 0 ? 1.0 : -1.0) / static_cast<double>(i + 1);
+  }
+  return Iterate();
+}
+
+// False as well when the user stops before the component stands.
+bool PowerIteration::Iterate() {
   int iteration = 0;
   double change = 0;
   do {
@@ -114,7 +133,14 @@ bool PowerIteration::FindNext() {
     change = Normalise();
     PumpMessages(run_);
   } while (++iteration < kMostIterations && change > kStillChanging && run_.StopRequest == 0);
-  return true;
+  return run_.StopRequest == 0 || change <= kStillChanging;
+}
+
+void PowerIteration::TellFailure() {
+  const CorrelationTriangle::Failure& failure = triangle_.WhatFailed();
+  if (failure.status == kIoOk) return;
+  TellCorrelationFailure(run_, failure.status, static_cast<long long>(failure.pair),
+                         failure.operation);
 }
 
 // The correlations, with the diagonal, times the trial vector.

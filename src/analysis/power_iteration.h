@@ -23,8 +23,15 @@ class CorrelationTriangle {
 
   // `memory` takes all pairs, or none and stays null; `row` takes the longest row.
   bool Open(double* memory, double* row);
+  // What went wrong when one of the others was false.
+  struct Failure {
+    IoStatus status = kIoOk;
+    std::size_t pair = 0;
+    char operation = ' ';
+  };
+  const Failure& WhatFailed() const { return failure_; }
   // The correlations of the entry at `place` (from 0) with those behind it; places in ascending
-  // order. Null when a file fails, which is told. What is changed in them stays after Keep.
+  // order. Null when a file fails. What is changed in them stays after Keep.
   double* Row(std::size_t place);
   bool Keep(std::size_t place);
   // Every row has been kept once: from now on rows are read back from there.
@@ -45,6 +52,7 @@ class CorrelationTriangle {
   double* row_ = nullptr;
   DirectFile work_;    // ZSS
   bool kept_ = false;  // `work_` has all rows
+  Failure failure_;
 };
 
 // Takes the components out one after the other.
@@ -52,17 +60,20 @@ class PowerIteration {
  public:
   PowerIteration(Run& run, Facet facet) : run_(run), facet_(facet), triangle_(run, facet) {}
 
-  // False when memory or files can't be had, which is told.
+  // False when files fail or memory can't be had; the latter is told.
   bool Open();
   // The next component: its eigenvalue, its loadings by place among the active entries. False when
-  // a file fails, or when the user stops before the first sweep.
+  // a file fails, or when the user stops before it is found.
   bool FindNext();
   double Eigenvalue() const { return eigenvalue_; }
   std::span<const double> Loadings() const { return work_; }
   // Takes the component out of the correlations.
   bool Deflate();
+  // Tells what failed, if anything did.
+  void TellFailure();
 
  private:
+  bool Iterate();
   bool Multiply();
   double LargestOfWork() const;
   double Normalise();

@@ -22,8 +22,7 @@ constexpr char kFileName[] = "CORRELATION WORK FILE";
 std::string_view StemOf(Facet facet) { return facet == Facet::Persons ? "ZWW" : "ZTT"; }
 
 std::vector<int> ActiveEntries(const Run& run, Facet facet) {
-  const Array1<StatusByte>& status =
-      facet == Facet::Persons ? run.arrays.PersonStatus : run.arrays.ItemStatus;
+  const Array1<StatusByte> status = ArraysOf(run, facet).status;
   std::vector<int> entries;
   for (int i = 1; i <= status.Size(); ++i) {
     if (IsActive(status[i])) entries.push_back(i);
@@ -89,17 +88,14 @@ class CorrelationPass {
     return n * (n - 1) / 2;
   }
 
-  // The last record is written first, so that a lack of room shows before the work.
+  // The room is taken first, so that a lack of it shows before the work.
   bool OpenFile() {
     run_.RunIoStatus =
         store_.file.Create(run_.workDirectory.NameOf(StemOf(facet_)), sizeof(double));
     if (run_.RunIoStatus != kIoOk) return Fail(run_.RunIoStatus, 'O');
     if (terms_ == 0) return true;
-    const double zero = 0;
-    const bool countable = terms_ <= INT_MAX;
-    if (countable) {
-      run_.RunIoStatus = store_.file.Write(static_cast<int>(terms_), &zero);
-      if (run_.RunIoStatus == kIoOk) run_.RunIoStatus = store_.file.Flush();
+    if (terms_ <= INT_MAX) {
+      run_.RunIoStatus = store_.file.Reserve(static_cast<int>(terms_));
       if (run_.RunIoStatus == kIoOk) return true;
       ReportFileFailure(run_, kFileName, 'W');
     }

@@ -112,6 +112,8 @@ bool MakeResidualFile(Run& run) {
   run.RunIoStatus = WriteRows(run, record);
   run.stores.residualsMade = run.RunIoStatus == kIoOk;
   if (run.stores.residualsMade) return true;
+  static_cast<void>(run.stores.residuals.Close());
+  run.workDirectory.Remove("ZUU");
   TellResidualFailure(run, record, record == 0 ? 'O' : 'W');
   ReportMessage(run,
                 "  No Information for Correlations. PRCOMP=" + std::string(1, run.inForce.PRCOMP));

@@ -66,6 +66,11 @@ IoStatus DirectFile::Read(int record, void* bytes) {
   return kIoOk;
 }
 
+IoStatus DirectFile::Reserve(int records) {
+  if (records < 1 || !IsOpen()) return EINVAL;
+  return file_.Reserve(static_cast<std::uint64_t>(records) * recordLength_);
+}
+
 IoStatus DirectFile::Flush() {
   if (!dirty_) return kIoOk;
   const int status =

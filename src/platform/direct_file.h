@@ -23,6 +23,8 @@ class DirectFile {
   IoStatus Write(int record, const void* bytes);
   IoStatus Read(int record, void* bytes);
   IoStatus Flush();
+  // Takes room for so many records, zeros, or tells at once that there is none.
+  IoStatus Reserve(int records);
   IoStatus Close();
 
  private:

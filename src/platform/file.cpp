@@ -161,6 +161,17 @@ IoStatus File::WriteAt(std::uint64_t offset, const void* bytes, std::size_t size
   return kIoOk;
 }
 
+IoStatus File::Reserve(std::uint64_t size) {
+  if (FaultStrikes()) return StatusOfErrno(errno);
+  int error = 0;
+  do {
+    error = ::posix_fallocate(descriptor_, 0, static_cast<off_t>(size));
+  } while (error == EINTR);
+  // A file system that can't do it shows its lack of room later.
+  if (error == 0 || error == EOPNOTSUPP || error == EINVAL) return kIoOk;
+  return StatusOfErrno(error);
+}
+
 IoStatus File::Append(const void* bytes, std::size_t size) {
   if (FaultStrikes()) return StatusOfErrno(errno);
   for (std::size_t done = 0; done < size;) {

@@ -42,6 +42,8 @@ class File {
   // end.
   IoStatus ReadAt(std::uint64_t offset, void* bytes, std::size_t size, std::size_t& got);
   IoStatus WriteAt(std::uint64_t offset, const void* bytes, std::size_t size);
+  // Makes the file at least so long, with zeros, and takes the room for it.
+  IoStatus Reserve(std::uint64_t size);
   // Writes at the current end of what was written in sequence (works for devices too).
   IoStatus Append(const void* bytes, std::size_t size);
   // Cuts a regular file to nothing; a device has nothing to cut.

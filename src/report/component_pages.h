@@ -50,7 +50,7 @@ class LoadingLists {
 
   // Places of rows_ in an order.
   template <class Key, class Later>
-  std::vector<int> Sorted(Key key, Later isLater) const;
+  std::vector<int> Sorted(Key key, double equal, Later isLater) const;
   void Put(const Component& component, std::string_view order, const std::vector<int>& places);
   void PutTitle(const Component& component, std::string_view order);
   void PutRule(Box left, Box right);

@@ -16,7 +16,7 @@ namespace vardento {
 namespace {
 
 constexpr std::string_view kLoading = "LOADING", kMeasure = "MEASURE", kEntry = "ENTRY";
-constexpr double kEqualKeys = 0.0001;
+constexpr double kEqualLoadings = 0.0001;
 constexpr int kFactorWidth = 6, kLoadingWidth = 7;
 constexpr int kFitWidth = 19, kWeighedFitWidth = 25;  // measure, mean-squares, weight
 constexpr int kNumberWidth = 7;                       // of mark, entry number and a blank
@@ -24,9 +24,11 @@ constexpr int kGroupWidth = 2;
 constexpr int kWeightWidth = 5;
 constexpr int kListLines = 10;  // of a list of one row: titles, head, row and rule
 
-// 5 columns with 2 decimals, of which none are shown for a whole number; the digits stay in place.
+// 5 columns with 2 decimals, of which none are shown for a whole number, whose digits stay in
+// place, or for one that they leave no room for.
 std::string WeightText(float weight) {
   std::string text = fixed_field(weight, kWeightWidth, 2);
+  if (text.front() == '*') text = integer_field(std::lround(weight), kWeightWidth);
   if (text.ends_with(".00")) text.replace(text.size() - 3, 3, "   ");
   if (Trim(text).empty()) text[1] = '0';
   return text;
@@ -50,16 +52,16 @@ LoadingLists::LoadingLists(ReportContext& context, const ResidualComponents& fou
   labelWidth_ = std::min(labelWidth_, kWidestListedLabel);
 }
 
-// By a key, largest first, closer ones by entry number; then those that `isLater`.
+// By a key, largest first, keys closer than `equal` by entry number; then those that `isLater`.
 template <class Key, class Later>
-std::vector<int> LoadingLists::Sorted(Key key, Later isLater) const {
+std::vector<int> LoadingLists::Sorted(Key key, double equal, Later isLater) const {
   std::vector<int> places(rows_.size());
   std::iota(places.begin(), places.end(), 0);
   const auto row = [&](int place) -> const Row& { return rows_[static_cast<std::size_t>(place)]; };
   ShellSort(places, FirstGap(places.size()), [&](int a, int b) {
     if (isLater(row(a)) != isLater(row(b))) return isLater(row(b));
     const double difference = key(row(a)) - key(row(b));
-    return std::fabs(difference) < kEqualKeys ? a < b : difference > 0;
+    return std::fabs(difference) <= equal ? a < b : difference > 0;
   });
   return places;
 }
@@ -68,20 +70,21 @@ void LoadingLists::PutByLoading(const Component& component) {
   const auto loading = [&](const Row& row) { return component.loadings[row.entry]; };
   PutPartHeading(run_, 1, kListLines);
   Put(component, kLoading,
-      Sorted([&](const Row& row) { return std::fabs(loading(row)); },
+      Sorted([&](const Row& row) { return std::fabs(loading(row)); }, kEqualLoadings,
              [&](const Row& row) { return loading(row) < 0; }));
 }
 
 void LoadingLists::PutByMeasure(const Component& component) {
   PutGap(run_, kListLines);
   Put(component, kMeasure,
-      Sorted([](const Row& row) -> double { return row.measure; },
+      Sorted([](const Row& row) -> double { return row.measure; }, 0,
              [](const Row&) { return false; }));
 }
 
 void LoadingLists::PutByEntry(const Component& component) {
   PutGap(run_, kListLines);
-  Put(component, kEntry, Sorted([](const Row&) { return 0.0; }, [](const Row&) { return false; }));
+  Put(component, kEntry,
+      Sorted([](const Row&) { return 0.0; }, 0, [](const Row&) { return false; }));
 }
 
 // Of those sorted by loading the negative ones stand behind a rule.

@@ -20,8 +20,6 @@ constexpr int kNumberWidth = 4;  // of loadings
 constexpr int kStatementLines = 3;
 constexpr int kLinesAround = 5;  // two rules, the numbers twice, the title
 constexpr int kTooManyRows = 41;
-constexpr double kFarthest =
-    1e6;  // no loading gets there: their squares sum to at most their count
 
 // The rows of a plot: whole steps of the loading, so that 0 falls on a row where the plot has it.
 struct LoadingRows {
@@ -48,11 +46,6 @@ LoadingRows DecideRows(const Component& component) {
     const auto bottom = static_cast<int>(std::floor(component.smallest / step));
     if (top - bottom < kTooManyRows) return {step, bottom, std::max(top - bottom, 1)};
   }
-}
-
-bool IsDrawn(const Component& component) {
-  const double low = component.smallest, high = component.largest;
-  return -kFarthest < low && low < high && high < kFarthest;
 }
 
 PlotGrid DrawLoadings(const ReportContext& context, const ResidualComponents& found,
@@ -90,7 +83,7 @@ void PutStatement(Run& run, const ResidualComponents& found, const Component& co
 void PutLoadingPlot(ReportContext& context, const ResidualComponents& found,
                     const Component& component) {
   Run& run = context.run;
-  const bool drawn = IsDrawn(component);
+  const bool drawn = component.smallest < component.largest;
   const LoadingRows rows = drawn ? DecideRows(component) : LoadingRows();
   PutPartHeading(run, 1, kStatementLines + (drawn ? rows.last + 1 + kLinesAround : 0));
   PutStatement(run, found, component);

