@@ -49,15 +49,18 @@ class BiasEstimation {
     PlaceItems();
   }
 
-  void Iterate() {
-    for (int iteration = 1; run_.StopRequest == 0; ++iteration) {
+  // False when it was stopped.
+  bool Iterate() {
+    bool converged = false;
+    for (int iteration = 1; !converged && run_.StopRequest == 0; ++iteration) {
       if (iteration > 1) ForgetExpected();
       WalkOverPersons(iteration == 1);
       const double largest = MoveSizes(HoldOfIteration(iteration));
       TellChange(largest);
-      if (largest <= kConverged) break;
+      converged = largest <= kConverged;
     }
     if (ofItems_) TurnSizes();
+    return converged;
   }
 
  private:
@@ -222,7 +225,7 @@ bool BiasSizes::Estimate(Run& run, const BiasClasses& classes) {
   BlockPlan plan;
   plan.Add(cells_, static_cast<int>(count));
   if (!plan.Allocate(run.memory, block_)) return false;
-  BiasEstimation(run, classes, cells_).Iterate();
+  converged_ = BiasEstimation(run, classes, cells_).Iterate();
   return true;
 }
 

@@ -73,12 +73,15 @@ class BiasSizes {
   [[nodiscard]] bool Estimate(Run& run, const BiasClasses& classes);
   static unsigned long long BytesFor(const Run& run, const BiasClasses& classes);
 
+  // The iteration came to its end: nobody stopped it.
+  bool Converged() const { return converged_; }
   int Classes() const { return classes_; }
   int Targets() const { return targets_; }  // NI or NPERS
   const BiasCell& At(int cls, int target) const { return cells_[(cls - 1) * targets_ + target]; }
 
  private:
   int classes_ = 0, targets_ = 0;
+  bool converged_ = false;
   MemoryBlock block_;
   Array1<BiasCell> cells_;  // class by class
 };

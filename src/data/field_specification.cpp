@@ -96,7 +96,7 @@ using Piece = FieldSpecification::Piece;
 template <class Take>
 std::string JoinPieces(const FieldSpecification& specification, Take take) {
   std::string value;
-  for (const FieldSpecification::Piece& piece : specification.pieces) {
+  for (const Piece& piece : specification.pieces) {
     if (piece.first == 0) {
       value += piece.literal;
     } else {
@@ -107,7 +107,7 @@ std::string JoinPieces(const FieldSpecification& specification, Take take) {
   return value;
 }
 
-std::string_view ColumnsOf(const FieldSpecification::Piece& piece, std::string_view record) {
+std::string_view ColumnsOf(const Piece& piece, std::string_view record) {
   const auto first = std::min(static_cast<std::size_t>(piece.first) - 1, record.size());
   return record.substr(first, static_cast<std::size_t>(piece.last - piece.first) + 1);
 }

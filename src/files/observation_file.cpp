@@ -179,11 +179,7 @@ class ObservationFile {
   }
 
   // A field of the separated forms, with the comma behind it.
-  void PutText(std::string_view text) {
-    line_ += '"';
-    line_.append(text);
-    line_.append("\",", 2);
-  }
+  void PutText(std::string_view text) { line_.append("\"").append(text).append("\","); }
   bool EndLine() {
     if (!file_.IsFixed() && !line_.empty()) line_.pop_back();
     return file_.WriteLine(line_, OutputFile::kUncut);

@@ -62,13 +62,14 @@ class BiasTable {
     line.Text(target_ == Facet::Items ? " difficulty" : " ability");
     PutReportLine(run_, line);
     PutHead();
-    const bool stopped = run_.StopRequest != 0;
-    for (int target = 1; target <= sizes.Targets(); ++target) {
+    const bool stopped = run_.StopRequest != 0;  // before the list, which is printed all the same
+    int target = 1;
+    for (; target <= sizes.Targets() && (stopped || run_.StopRequest == 0); ++target) {
       PutTarget(sizes, target);
       PumpMessages(run_);
-      if (!stopped && run_.StopRequest != 0) break;  // the user has seen enough of a long list
     }
     PutRule();
+    if (target <= sizes.Targets()) TellBoth(run_, " STOPPED: THE LIST IS NOT COMPLETE");
   }
 
  private:
@@ -247,7 +248,7 @@ class BiasRequest {
     WriteConsole(run_, " Computing " + kind_ + " sizes: one bar per iteration...");
     BiasSizes sizes;
     if (sizes.Estimate(run_, classes)) {
-      if (run_.StopRequest != 0) TellBoth(run_, " STOPPED: THESE SIZES ARE NOT FINAL");
+      if (!sizes.Converged()) TellBoth(run_, " STOPPED: THESE SIZES ARE NOT FINAL");
       table.Print(sizes);
     } else {
       run_.outputFailed = true;

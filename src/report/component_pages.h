@@ -61,7 +61,7 @@ class LoadingLists {
   const ResidualComponents& found_;
   bool weighed_, grouped_;
   std::vector<Row> rows_;  // by entry
-  int labelWidth_ = 1;
+  int labelWidth_ = 1, numberWidth_ = 0;
 };
 
 // Who answers the two ends of a component differently; nothing when it has no ends.
@@ -71,5 +71,7 @@ void PutContrasts(Run& run, Facet facet, const Component& component);
 void PutCorrelations(Run& run, Facet facet, const std::vector<ResidualCorrelation>& pairs);
 
 inline constexpr int kWidestListedLabel = 100;
+// Columns of entry numbers up to this one: 5, or as many as it has digits.
+int WidthOfEntries(int largest);
 
 }  // namespace vardento

@@ -7,6 +7,9 @@
 #include "report/measure_range.h"
 #include "report/page.h"
 #include "report/report_columns.h"
+#include "run/messages.h"
+#include "text/number_text.h"
+#include "text/text_width.h"
 
 namespace vardento {
 namespace {
@@ -50,6 +53,11 @@ Vector1<char> MarkEntries(const ResidualComponents& found) {
   return marks;
 }
 
+int WidthOfEntries(int largest) {
+  constexpr int kLeast = 5;
+  return std::max(kLeast, TextWidth(IntegerText(largest)));
+}
+
 void PutSqueezedLine(Run& run, int column, std::string_view text) {
   std::string squeezed;
   for (const char c : text) {
@@ -85,6 +93,9 @@ void PrintComponents(ReportContext& context) {
     PutContrasts(run, found.facet, component);
     lists.PutByMeasure(component);
     lists.PutByEntry(component);
+  }
+  if (run.StopRequest != 0) {
+    WriteReportText(run, " STOPPED: FURTHER COMPONENTS WERE NOT LOOKED FOR");
   }
 }
 

@@ -1,5 +1,4 @@
 // Who answers the two ends of a component differently.
-#include <algorithm>
 #include <string>
 
 #include "measure/entry_values.h"
@@ -81,9 +80,7 @@ class ContrastTable {
       line.Text(" |");
       for (const int n : {counts.high, counts.expected, counts.low}) line.Integer(n, 5);
     }
-    const std::string number = IntegerText(other.entry);
-    line.Text(" | ").Text(PadLeft(number, std::max<int>(5, static_cast<int>(number.size()))));
-    line.Text("  ");
+    line.Text(" | ").Integer(other.entry, WidthOfEntries(contrast_.others.back().entry)).Text("  ");
     line.Text(LabelOfEntry(run_, OtherFacet(facet_), other.entry));
     PutReportLine(run_, line);
   }

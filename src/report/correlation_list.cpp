@@ -16,7 +16,6 @@ namespace {
 constexpr int kTitleColumn = 7;
 constexpr int kLinesAround = 8;  // two of the title, four of the head, a rule between and below
 constexpr int kCorrelationWidth = 7;
-constexpr int kNumberWidth = 7;  // of an entry number between blanks
 
 class CorrelationList {
  public:
@@ -26,6 +25,8 @@ class CorrelationList {
       if (pair.r == 0) continue;
       rows_.push_back(
           {pair, {LabelOfEntry(run, facet, pair.first), LabelOfEntry(run, facet, pair.second)}});
+      // The second has the larger number.
+      numberWidth_ = std::max(numberWidth_, WidthOfEntries(pair.second));
       for (std::size_t n = 0; n < 2; ++n) {
         widths_[n] = std::max(widths_[n], TextWidth(rows_.back().labels[n]));
       }
@@ -70,8 +71,9 @@ class CorrelationList {
   }
 
   void PutRule(Box left, Box right) {
-    const int first = kNumberWidth + widths_[0] + 1, second = kNumberWidth + widths_[1] + 1;
-    PutReportLine(run_, BoxRule(left, {kCorrelationWidth, first, second}, right));
+    const auto width = [this](int label) { return 1 + numberWidth_ + 1 + label + 1; };
+    PutReportLine(run_,
+                  BoxRule(left, {kCorrelationWidth, width(widths_[0]), width(widths_[1])}, right));
   }
 
   void PutHead() {
@@ -82,7 +84,7 @@ class CorrelationList {
       line.Text(first ? "RESIDUL" : "CORRELN", kCorrelationWidth);
       for (const int width : widths_) {
         PutBar(line, line.Column());
-        line.Text(first ? " ENTRY " : "NUMBER ", kNumberWidth);
+        line.Text(first ? " ENTRY " : "NUMBER ", 1 + numberWidth_ + 1);
         line.Text(TrimRight(SingularLabel(run_.settings, facet_)), width).Skip(1);
       }
       PutBar(line, line.Column());
@@ -98,7 +100,7 @@ class CorrelationList {
     const int entries[] = {row.pair.first, row.pair.second};
     for (std::size_t n = 0; n < 2; ++n) {
       PutBar(line, line.Column());
-      line.Skip(1).Integer(entries[n], kNumberWidth - 2).Skip(1);
+      line.Skip(1).Integer(entries[n], numberWidth_).Skip(1);
       line.Text(row.labels[n], widths_[n]).Skip(1);
     }
     PutBar(line, line.Column());
@@ -107,8 +109,9 @@ class CorrelationList {
 
   Run& run_;
   Facet facet_;
-  std::vector<Row> rows_;  // positive correlations first
-  std::array<int, 2> widths_ = {1, 1};
+  std::vector<Row> rows_;               // positive correlations first
+  std::array<int, 2> widths_ = {1, 1};  // of the labels
+  int numberWidth_ = 0;
 };
 
 }  // namespace

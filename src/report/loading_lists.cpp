@@ -19,15 +19,15 @@ constexpr std::string_view kLoading = "LOADING", kMeasure = "MEASURE", kEntry = 
 constexpr double kEqualLoadings = 0.0001;
 constexpr int kFactorWidth = 6, kLoadingWidth = 7;
 constexpr int kFitWidth = 19, kWeighedFitWidth = 25;  // measure, mean-squares, weight
-constexpr int kNumberWidth = 7;                       // of mark, entry number and a blank
 constexpr int kGroupWidth = 2;
 constexpr int kWeightWidth = 5;
 constexpr int kListLines = 10;  // of a list of one row: titles, head, row and rule
 
-// 5 columns with 2 decimals, of which none are shown for a whole number, whose digits stay in
-// place, or for one that they leave no room for.
+// 5 columns with as many of 2 decimals as there is room for, of which none are shown for a whole
+// number that has them; its digits stay in place.
 std::string WeightText(float weight) {
   std::string text = fixed_field(weight, kWeightWidth, 2);
+  if (text.front() == '*') text = fixed_field(weight, kWeightWidth, 1);
   if (text.front() == '*') text = integer_field(std::lround(weight), kWeightWidth);
   if (text.ends_with(".00")) text.replace(text.size() - 3, 3, "   ");
   if (Trim(text).empty()) text[1] = '0';
@@ -42,6 +42,7 @@ LoadingLists::LoadingLists(ReportContext& context, const ResidualComponents& fou
   weighed_ = ArraysOf(run_, found.facet).weight.Size() > 0;
   grouped_ = found.facet == Facet::Items && run_.NGROUPS > 1 && settings.GROUPS != PerItem::Single;
   const Vector1<char> marks = MarkEntries(found);
+  numberWidth_ = WidthOfEntries(found.entries.back());
   rows_.reserve(found.entries.size());
   for (const int entry : found.entries) {
     const EntryValues values = ReadEntryValues(run_, found.facet, entry);
@@ -123,7 +124,7 @@ void LoadingLists::PutTitle(const Component& component, std::string_view order) 
 }
 
 void LoadingLists::PutRule(Box left, Box right) {
-  const int labels = kNumberWidth + labelWidth_ + (grouped_ ? kGroupWidth : 0) + 1;
+  const int labels = 1 + numberWidth_ + 1 + labelWidth_ + (grouped_ ? kGroupWidth : 0) + 1;
   const int fit = weighed_ ? kWeighedFitWidth : kFitWidth;
   PutReportLine(run_, BoxRule(left, {kFactorWidth, kLoadingWidth, fit, labels}, right));
 }
@@ -140,7 +141,7 @@ void LoadingLists::PutHead() {
     line.Text(first ? "       INFIT OUTFIT" : "MEASURE  MNSQ MNSQ ", kFitWidth);
     if (weighed_) line.Text(first ? "" : "WEIGHT", kWeighedFitWidth - kFitWidth);
     PutBar(line, line.Column());
-    line.Text(first ? " ENTRY " : "NUMBER ", kNumberWidth);
+    line.Text(first ? " ENTRY " : "NUMBER ", 1 + numberWidth_ + 1);
     line.Text(TrimRight(SingularLabel(run_.settings, found_.facet)), labelWidth_);
     if (grouped_) line.Text(first ? " G" : " R");
     PutBar(line, line.Column() + 1);
@@ -160,7 +161,7 @@ void LoadingLists::PutRow(const Row& row, const Component& component) {
   line.Fixed(row.infit, 5, 2).Fixed(row.outfit, 5, 2).Skip(1);
   if (weighed_) line.Text(WeightText(row.weight)).Skip(1);
   PutBar(line, line.Column());
-  line.Repeat(row.mark, 1).Integer(row.entry, kNumberWidth - 2).Skip(1);
+  line.Repeat(row.mark, 1).Integer(row.entry, numberWidth_).Skip(1);
   line.Text(row.label, labelWidth_);
   if (grouped_) line.Skip(1).Repeat(GroupCodeOf(run_.settings, row.entry), 1);
   PutBar(line, line.Column() + 1);

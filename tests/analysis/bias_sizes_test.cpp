@@ -165,6 +165,18 @@ TEST_F(BiasSizesTest, JudgesStepsOneByOne) {
   EXPECT_EQ(sizes.At(1, 1).observed, 48) << "the score, as that of other models";
 }
 
+// A blank is a character of a code like others, in front, within and behind.
+TEST_F(BiasSizesTest, TellsClassesApartByWholeFields) {
+  Give({" 1", "A0", "A1", " 0", "A1"});
+  const char* const labels[] = {" A", "A ", "A", "AA", "AB"};
+  for (int n = 1; n <= 5; ++n) small->SetPerson(n, labels[n - 1], {});
+  Estimate(Facet::Persons, "$S1W2");
+  EXPECT_EQ(classes.codes, (std::vector<std::string>{" A", "A", "AA", "AB"}));
+  EXPECT_EQ(classes.classOf[3], 2);
+  Estimate(Facet::Persons, "$S2W1+$S1W1");
+  EXPECT_EQ(classes.codes, (std::vector<std::string>{"A", " A", "AA", "BA"}));
+}
+
 // The codes share 2,000 characters: with 600 for each there is room for three.
 TEST_F(BiasSizesTest, HasRoomForSoManyClasses) {
   Give({"A1", "B0", "A0", "C1", "D1", "B1"});

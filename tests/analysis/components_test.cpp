@@ -46,6 +46,7 @@ TEST(CorrelationOf, TakesAMissingPartnerAsNothing) {
       {"opposite", {32767, -32768 + 1, 5}, {-32767, 32767, -5}, false, -1},
       {"one constant", {1, 2, 4}, {5, 5, 5}, false, 0},
       {"one response", {1}, {2}, false, 0},
+      {"the least that varies", {0, 1}, {1, 0}, false, -1},
       // Deviations -1.5, -.5, .5, 1.5 and -1.5, .5, -.5, 1.5: 4 / 5.
       {"complete", {1, 2, 3, 4}, {1, 3, 2, 4}, false, 0.8},
       // The last counts as 0: deviations of 1, -1, 0 with 1, 0 (none), -1: .5.
@@ -283,6 +284,32 @@ TEST(Components, OfAStoppedRequestAreNone) {
     run.StopRequest = 0;
     EXPECT_GE(FindComponents(run, Facet::Items).components.size(), 2U);
   }
+}
+
+// Whenever the user stops the sweeps: what is shown is what an unstopped request shows.
+TEST(Components, AreWholeOrLeftOutWhenStopped) {
+  WholeRun whole;
+  auto& run = whole.run;
+  whole.directory.Write("control.txt", TwoDimensions(""));
+  ASSERT_EQ(whole.Execute({"TABLES=0"}), 0);
+  const ResidualComponents full = FindComponents(run, Facet::Items);
+  run.SetBatchMode(false);
+  std::size_t found = 0;
+  for (int stop = 1; found < full.components.size() && stop < 200; ++stop) {
+    int pumps = 0;
+    whole.console.onPump = [&](RecordingConsole& console) { console.interrupts = ++pumps >= stop; };
+    const ResidualComponents stopped = FindComponents(run, Facet::Items);
+    EXPECT_TRUE(stop > 1 || stopped.components.empty());
+    EXPECT_GE(stopped.components.size(), found);
+    found = stopped.components.size();
+    for (std::size_t c = 0; c < found; ++c) {
+      EXPECT_EQ(stopped.components[c].eigenvalue, full.components[c].eigenvalue) << stop;
+    }
+    run.StopRequest = 0;
+    whole.console.interruptsSeen = 0;
+    whole.console.interrupts = 0;
+  }
+  EXPECT_EQ(found, full.components.size());
 }
 
 // Of entries that are all alike each is named once; of pairs as large the one found last goes
