@@ -256,6 +256,26 @@ TEST(Components, AreThoseOfAnEigenDecomposition) {
   }
 }
 
+// More persons than are in hand at a time, in memory and from the file.
+TEST(CorrelateResiduals, GoesOnBehindTheFirstPiece) {
+  Simulation simulation(8);
+  WholeRun whole;
+  auto& run = whole.run;
+  whole.directory.Write("control.txt", SimulatedControl(4100, 5, "", [&](int) {
+                          const double ability = simulation.Normal();
+                          std::string row;
+                          for (int i = 1; i <= 5; ++i) row += simulation.Respond(ability);
+                          return row;
+                        }));
+  ASSERT_EQ(whole.Execute({"TABLES=0"}), 0);
+  ASSERT_TRUE(CorrelateResiduals(run, Facet::Items));
+  const std::vector<double> inMemory = ReadCorrelations(run, Facet::Items);
+  run.memory.SetLimit(0);
+  run.stores.ForgetResiduals();
+  ASSERT_TRUE(CorrelateResiduals(run, Facet::Items));
+  EXPECT_EQ(ReadCorrelations(run, Facet::Items), inMemory);
+}
+
 // Two items, of which everybody got one right: what one has too much the other has too little. From
 // equal weights alone nothing would be found.
 TEST(Components, AreFoundWhereResidualsAddUpToNothing) {
