@@ -4,7 +4,6 @@
 // each by power iteration (Hotelling 1933), which is then deflated.
 #pragma once
 
-#include <array>
 #include <vector>
 
 #include "platform/memory.h"

@@ -1,11 +1,7 @@
 #include "files/file_form.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <variant>
 
-#include "control/keyword_table.h"
-#include "platform/directories.h"
 #include "platform/io_status.h"
 #include "run/messages.h"
 #include "text/number_text.h"
@@ -14,15 +10,6 @@ namespace vardento {
 namespace {
 
 constexpr int kLabelLength = 12;
-
-// Some lists are only read when the first output files are written, or the last.
-bool IsListToRead(const ControlSettings& settings, const std::string& name) {
-  return std::ranges::any_of(KeywordTable(), [&](const KeywordRow& row) {
-    const auto* const list = std::get_if<std::string ControlSettings::*>(&row.target);
-    return row.kind == KeywordKind::ListFile && list != nullptr && !(settings.**list).empty() &&
-           IsSamePlainFile(name, settings.**list);
-  });
-}
 
 }  // namespace
 
@@ -56,12 +43,11 @@ std::string NameInFiles(Run& run, Facet facet, int entry) {
 
 bool OutputFile::Open(const std::string& name, std::string_view variable) {
   name_ = std::string(variable).append(name);
-  // A slip of the pen must not cost the user the Control File, the data or the report.
-  int status = EEXIST;
-  if (!run_.files.IsKept(name) && !IsListToRead(run_.settings, name)) {
-    status = writer_.Open(std::string(TrimRight(name)), FileMode::Replace);
-  }
-  if (!Check(status, 'O')) return false;
+  // A slip of the pen must not cost the user the Control File, the data, a list or the report.
+  const IoStatus opened = run_.files.IsKept(name)
+                              ? IoStatus(EEXIST)
+                              : writer_.Open(std::string(TrimRight(name)), FileMode::Replace);
+  if (!Check(opened, 'O')) return false;
   name_ = name;
   return true;
 }

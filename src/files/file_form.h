@@ -32,7 +32,7 @@ class OutputFile {
   explicit OutputFile(Run& run) : run_(run) {}
 
   // Creates the file, or replaces what it held. False after a failure, which is told under the name
-  // with `variable` in front. A file that the run reads, or is still to read, is none to write.
+  // with `variable` in front. A file that the run reads is none to write.
   bool Open(const std::string& name, std::string_view variable = "");
   static constexpr std::size_t kUncut = std::string_view::npos;
   // Writes one line in the form that CSV= asks for, cut at `length` characters and without trailing

@@ -84,6 +84,7 @@ void PutGap(Run& run, int lines) {
 void PrintComponents(ReportContext& context) {
   Run& run = context.run;
   const ResidualComponents found = FindComponents(run, context.needs.subject);
+  const bool stopped = run.StopRequest != 0;
   if (found.components.empty()) return;
   MeasureRange(context, run.arrays.CategoryHalfPoint);
   LoadingLists lists(context, found);
@@ -94,9 +95,7 @@ void PrintComponents(ReportContext& context) {
     lists.PutByMeasure(component);
     lists.PutByEntry(component);
   }
-  if (run.StopRequest != 0) {
-    WriteReportText(run, " STOPPED: FURTHER COMPONENTS WERE NOT LOOKED FOR");
-  }
+  if (stopped) WriteReportText(run, " STOPPED: FURTHER COMPONENTS WERE NOT LOOKED FOR");
 }
 
 void PrintLargestCorrelations(ReportContext& context) {
